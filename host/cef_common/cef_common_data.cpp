@@ -1,0 +1,97 @@
+#include "host/cef_common/cef_common_data.h"
+
+#include "host/cef_common/root_cache_dir_manager.h"
+#include "host/log/severity.h"
+#include "host/options/command_line.h"
+
+namespace cef_common
+{
+namespace
+{
+// The engine logs from the mildest severity that the host's mask enables.
+cef_log_severity_t engineSeverity(unsigned int mask)
+{
+    namespace sev = foundation::log::severity;
+    if (mask & sev::debug)
+        return LOGSEVERITY_VERBOSE;
+    if (mask & sev::info)
+        return LOGSEVERITY_INFO;
+    if (mask & sev::warning)
+        return LOGSEVERITY_WARNING;
+    if (mask & sev::error)
+        return LOGSEVERITY_ERROR;
+    if (mask & sev::fatal)
+        return LOGSEVERITY_FATAL;
+    return LOGSEVERITY_DISABLE;
+}
+} // namespace
+
+CefCommonData* CefCommonData::getInstance()
+{
+    // Never destroyed: engine threads may still ask for it while statics are torn down at exit.
+    static CefCommonData* const instance = new CefCommonData();
+    return instance;
+}
+
+CefCommonData::CefCommonData()
+    : m_rootCacheDirManager(std::make_unique<RootCacheDirManager>())
+{
+}
+
+CefCommonData::~CefCommonData() = default;
+
+void CefCommonData::populateSettings(CefStructBase<CefSettingsTraits>& settings)
+{
+    const CommandLine options;
+    settings.no_sandbox = 1;
+    settings.windowless_rendering_enabled = 1;
+    settings.command_line_args_disabled = 0;
+
+    const std::u16string root = m_rootCacheDirManager->cacheRootPath();
+    if (!root.empty())
+    {
+        CefString(&settings.root_cache_path) = root;
+        CefString(&settings.cache_path) = root + u"/default";
+        CefString(&settings.log_file) = root + u"/engine.log";
+    }
+    CefString(&settings.locale) = "en-US";
+    settings.log_severity = engineSeverity(foundation::log::mask_from_environment());
+
+    if (const std::optional<int> port = options.remoteDebuggingPort())
+        settings.remote_debugging_port = *port;
+    if (!options.browserSubprocessPath().empty())
+        CefString(&settings.browser_subprocess_path) = options.browserSubprocessPath();
+    if (!options.acceptLanguages().empty())
+        CefString(&settings.accept_language_list) = options.acceptLanguages();
+}
+
+CefCommonData::RootCacheDirManager& CefCommonData::rootCacheDirManager()
+{
+    return *m_rootCacheDirManager;
+}
+
+int CefCommonData::remoteDebugPort(int fallback) const
+{
+    return CommandLine().remoteDebuggingPort().value_or(fallback);
+}
+
+CefString CefCommonData::acceptedLanguageList() const
+{
+    return CefString(CommandLine().acceptLanguages());
+}
+
+void CefCommonData::populateCommandLineParams(const CefStringBase<CefStringTraitsUTF16>& processType,
+                                              scoped_refptr<CefCommandLine> commandLine, bool useSoftware)
+{
+    if (!processType.empty() || !commandLine || commandLine->IsReadOnly())
+        return;
+    if (useSoftware)
+    {
+        for (const char* name : {"disable-gpu", "disable-gpu-compositing"})
+        {
+            if (!commandLine->HasSwitch(name))
+                commandLine->AppendSwitch(name);
+        }
+    }
+}
+} // namespace cef_common
