@@ -12,13 +12,13 @@
 #include "include/cef_browser.h"
 #include "include/cef_callback.h"
 #include "include/cef_frame.h"
+#include "include/cef_request.h"
 #include "include/cef_resource_handler.h"
+#include "include/cef_response.h"
 #include "include/cef_response_filter.h"
 #include "include/internal/cef_types_wrappers.h"
 
 class CefCookieAccessFilter;
-class CefRequest;
-class CefResponse;
 
 class CefResourceRequestHandler : public virtual CefBaseRefCounted {
  public:

@@ -4,6 +4,8 @@
 #include "host/log/severity.h"
 #include "host/options/command_line.h"
 
+#include "include/cef_task.h"
+
 namespace cef_common
 {
 namespace
@@ -83,9 +85,9 @@ CefString CefCommonData::acceptedLanguageList() const
 void CefCommonData::populateCommandLineParams(const CefStringBase<CefStringTraitsUTF16>& processType,
                                               scoped_refptr<CefCommandLine> commandLine, bool useSoftware)
 {
-    if (!processType.empty() || !commandLine || commandLine->IsReadOnly())
+    if (!commandLine || commandLine->IsReadOnly())
         return;
-    if (useSoftware)
+    if (processType.empty() && useSoftware)
     {
         for (const char* name : {"disable-gpu", "disable-gpu-compositing"})
         {
@@ -93,5 +95,24 @@ void CefCommonData::populateCommandLineParams(const CefStringBase<CefStringTrait
                 commandLine->AppendSwitch(name);
         }
     }
+    CommandLineCustomizer customizer;
+    {
+        std::lock_guard<std::mutex> lock(m_customizerMutex);
+        customizer = m_customizer;
+    }
+    if (customizer)
+        customizer(processType, commandLine);
+}
+
+bool CefCommonData::isInitialized() const
+{
+    // The engine hands out a runner for its UI thread only while it runs.
+    return m_initialized.load() || CefTaskRunner::GetForThread(TID_UI) != nullptr;
+}
+
+void CefCommonData::setCommandLineCustomizer(CommandLineCustomizer customizer)
+{
+    std::lock_guard<std::mutex> lock(m_customizerMutex);
+    m_customizer = std::move(customizer);
 }
 } // namespace cef_common

@@ -5,7 +5,9 @@
 #include "include/internal/cef_types_wrappers.h"
 
 #include <atomic>
+#include <functional>
 #include <memory>
+#include <mutex>
 
 namespace cef_common
 {
@@ -19,10 +21,15 @@ public:
 
     static CefCommonData* getInstance();
 
-    // True when the engine already runs in this process, started by another of the host's
-    // users; that user says so with setInitialized.
-    bool isInitialized() const { return m_initialized.load(); }
+    // True when the engine already runs in this process: its UI thread answers, or another of the
+    // host's users said so with setInitialized.
+    bool isInitialized() const;
     void setInitialized(bool initialized) { m_initialized.store(initialized); }
+
+    // A host's own switches: called by populateCommandLineParams for every process type, after
+    // the switches of this layer. Engine threads; an empty function removes it.
+    using CommandLineCustomizer = std::function<void(const CefString& processType, CefRefPtr<CefCommandLine>)>;
+    void setCommandLineCustomizer(CommandLineCustomizer customizer);
 
     // Fills in what the host wants of the engine: off-screen rendering, no sandbox, the cache
     // root with the global context's cache below it ("<root>/default"), the engine's log
@@ -42,7 +49,7 @@ public:
     // Adds the host's switches to the browser process's command line (empty `processType`): with
     // `useSoftware`, GPU rendering and compositing are turned off. A switch already on the line is
     // left as it is, so repeated calls change nothing more. Other processes take their switches
-    // from the browser process and get none here.
+    // from the browser process and get only the customizer's.
     void populateCommandLineParams(const CefStringBase<CefStringTraitsUTF16>& processType,
                                    scoped_refptr<CefCommandLine> commandLine, bool useSoftware);
 
@@ -51,6 +58,8 @@ private:
     ~CefCommonData();
 
     std::atomic<bool> m_initialized{false};
+    std::mutex m_customizerMutex;
+    CommandLineCustomizer m_customizer;
     const std::unique_ptr<RootCacheDirManager> m_rootCacheDirManager;
 };
 } // namespace cef_common
