@@ -121,6 +121,14 @@ void Context::Shutdown() {
   state_ = State::kShutDown;
   // No task runs after this; queued ones are destroyed unrun.
   threads_.Stop();
+  std::vector<std::function<void()>> hooks;
+  {
+    std::lock_guard<std::mutex> hooks_lock(hooks_mutex_);
+    hooks.swap(shutdown_hooks_);
+  }
+  for (auto hook = hooks.rbegin(); hook != hooks.rend(); ++hook) {
+    (*hook)();
+  }
   scheme_handlers_.Clear();
 
   CefRefPtr<CefApp> app;
@@ -131,6 +139,11 @@ void Context::Shutdown() {
     handler.swap(handler_);
   }
   // Released here, outside the lock, on the main thread.
+}
+
+void Context::AddShutdownHook(std::function<void()> hook) {
+  std::lock_guard<std::mutex> lock(hooks_mutex_);
+  shutdown_hooks_.push_back(std::move(hook));
 }
 
 bool Context::IsInitialized() const {

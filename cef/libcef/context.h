@@ -5,6 +5,7 @@
 #define CEF_LIBCEF_CONTEXT_H_
 
 #include <atomic>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -70,6 +71,11 @@ class Context {
   CefRefPtr<CefApp> app() const;
   CefRefPtr<CefBrowserProcessHandler> browser_process_handler() const;
 
+  // Runs |hook| during Shutdown, on the thread calling it, once the engine
+  // threads have ended (so no engine task runs beside it); later hooks run
+  // first. Hooks added after Shutdown never run. Any thread.
+  void AddShutdownHook(std::function<void()> hook);
+
   EngineThreads& threads() { return threads_; }
   SchemeHandlerRegistry& scheme_handlers() { return scheme_handlers_; }
 
@@ -94,6 +100,9 @@ class Context {
   mutable std::mutex app_mutex_;
   CefRefPtr<CefApp> app_;
   CefRefPtr<CefBrowserProcessHandler> handler_;
+
+  std::mutex hooks_mutex_;
+  std::vector<std::function<void()>> shutdown_hooks_;
 
   EngineThreads threads_;
   SchemeHandlerRegistry scheme_handlers_;

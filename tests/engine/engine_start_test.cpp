@@ -175,14 +175,14 @@ TEST(EngineStart, AboutToQuitCleansUpClientsAndReleasesTheApplication)
     IN_FRESH_PROCESS({
         QCefGlobalService::startup();
         ASSERT_TRUE(QCefGlobalService::s_started);
-        BrowserClient client;
-        CCefManager::getInstance().addBrowserClient(&client);
+        CefRefPtr<BrowserClient> client = new BrowserClient(nullptr);
+        CCefManager::getInstance().addBrowserClient(client.get());
         QTimer::singleShot(0, qApp, &QCoreApplication::quit);
         qApp->exec();
-        EXPECT_TRUE(client.isCleanedUp());
+        EXPECT_TRUE(client->isCleanedUp());
         EXPECT_EQ(CCefManagerTestAccess::state(), 3);
         EXPECT_EQ(CCefManagerTestAccess::app(), nullptr);
-        CCefManager::getInstance().removeBrowserClient(&client);
+        CCefManager::getInstance().removeBrowserClient(client.get());
         // The engine stops at exit, from the manager's destructor.
     });
 }
@@ -190,29 +190,29 @@ TEST(EngineStart, AboutToQuitCleansUpClientsAndReleasesTheApplication)
 TEST(EngineStart, ShutdownWithoutStartupOnlyChangesState)
 {
     IN_FRESH_PROCESS({
-        BrowserClient client;
-        CCefManager::getInstance().addBrowserClient(&client);
+        CefRefPtr<BrowserClient> client = new BrowserClient(nullptr);
+        CCefManager::getInstance().addBrowserClient(client.get());
         CCefManagerTestAccess::shutdown();
         EXPECT_EQ(CCefManagerTestAccess::state(), 3);
-        EXPECT_FALSE(client.isCleanedUp());
-        CCefManager::getInstance().removeBrowserClient(&client);
+        EXPECT_FALSE(client->isCleanedUp());
+        CCefManager::getInstance().removeBrowserClient(client.get());
     });
 }
 
 TEST(EngineStart, ClientListRemovesEveryCopy)
 {
-    BrowserClient a;
-    BrowserClient b;
+    CefRefPtr<BrowserClient> a = new BrowserClient(nullptr);
+    CefRefPtr<BrowserClient> b = new BrowserClient(nullptr);
     CCefManager& manager = CCefManager::getInstance();
-    manager.addBrowserClient(&a);
-    manager.addBrowserClient(&b);
-    manager.addBrowserClient(&a);
-    manager.removeBrowserClient(&a);
-    manager.removeBrowserClient(&a);
-    manager.removeBrowserClient(&b);
+    manager.addBrowserClient(a.get());
+    manager.addBrowserClient(b.get());
+    manager.addBrowserClient(a.get());
+    manager.removeBrowserClient(a.get());
+    manager.removeBrowserClient(a.get());
+    manager.removeBrowserClient(b.get());
     CCefManagerTestAccess::shutdown();
-    EXPECT_FALSE(a.isCleanedUp());
-    EXPECT_FALSE(b.isCleanedUp());
+    EXPECT_FALSE(a->isCleanedUp());
+    EXPECT_FALSE(b->isCleanedUp());
 }
 
 TEST(EngineStart, CachePathsHangBelowTheCacheRoot)

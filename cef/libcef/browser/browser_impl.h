@@ -4,18 +4,23 @@
 #ifndef CEF_LIBCEF_BROWSER_BROWSER_IMPL_H_
 #define CEF_LIBCEF_BROWSER_BROWSER_IMPL_H_
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
 
+#include <QJsonArray>
 #include <QJsonObject>
+#include <QJsonValue>
 #include <QString>
 
 #include "include/cef_browser.h"
 #include "include/cef_client.h"
+#include "libcef/browser/navigation_policy.h"
 #include "libcef/browser/render_observer.h"
+#include "libcef/browser/request_context_impl.h"
 
 namespace cefengine {
 
@@ -23,42 +28,56 @@ class ChromiumInstance;
 class DevToolsSession;
 class FrameImpl;
 class PageEvents;
-class RequestContextImpl;
 
 class BrowserImpl : public CefBrowser, public CefBrowserHost {
  public:
+  using CommandCallback =
+      std::function<void(const QJsonObject& result, const QJsonObject& error)>;
+  // A script's value (returned by value), or an error text.
+  using EvaluateCallback =
+      std::function<void(const QJsonValue& value, const QString& error)>;
+
   struct CreateParams {
     CefRefPtr<CefClient> client;
     CefRefPtr<RequestContextImpl> request_context;
+    CefBrowserSettings settings;
+    CefRefPtr<CefDictionaryValue> extra_info;
     std::string url;
-    // Popups only: the opener, and the target Chromium already made.
-    CefRefPtr<BrowserImpl> opener;
-    QString popup_target_id;
+    bool is_popup = false;
+    // A popup's size when its client has no render handler.
+    CefSize popup_size;
   };
 
-  // Engine UI thread. Not yet attached; Create() follows.
-  BrowserImpl(int id, CreateParams params);
+  // CefBrowserHost::CreateBrowser and CreateBrowserSync. Engine UI thread.
+  // With |sync| it blocks until the page target exists and returns the
+  // browser after OnAfterCreated; otherwise OnAfterCreated follows once the
+  // page is attached. Null (logged) when Chromium cannot serve it.
+  static CefRefPtr<BrowserImpl> Create(CreateParams params, bool sync);
+
   ~BrowserImpl() override;
 
   // --- For the off-screen renderer and other engine parts --------------
 
-  // The Chromium serving this page, and the page's flat session on it. Null
-  // or empty before OnAttached and after OnDetached. Engine UI thread.
+  // The Chromium session serving this page, and the page's flat session on
+  // it. Null or empty before the page is attached and after it went. Engine
+  // UI thread.
   DevToolsSession* devtools() const;
-  const QString& session_id() const { return session_id_; }
+  QString session_id() const;
+  // Chromium's target id, also the main frame's id. Engine UI thread.
   const QString& target_id() const { return target_id_; }
 
-  // Sends a command to this page's session; the callback runs on the engine
-  // UI thread (with a "not attached" error when there is no page). Any
-  // thread.
+  // Sends a command to this page's session, after everything sent before.
+  // Commands sent before the page is attached wait for it. The callback (may
+  // be empty) runs on the engine UI thread, with an error once the browser
+  // is closed. Any thread.
   void SendPageCommand(const QString& method,
                        const QJsonObject& params,
-                       std::function<void(const QJsonObject& result,
-                                          const QJsonObject& error)> callback);
+                       CommandCallback callback = {});
 
   // The client and its render handler (null without one). Any thread.
-  CefRefPtr<CefClient> client() const { return client_; }
+  CefRefPtr<CefClient> client() const;
   CefRefPtr<CefRenderHandler> render_handler() const;
+  CefRefPtr<CefDictionaryValue> extra_info() const { return extra_info_; }
 
   // The view as last applied: logical size from GetViewRect and the scale
   // from GetScreenInfo (1 when the handler gives none). Any thread.
@@ -72,32 +91,36 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
 
   // --- Engine internals ------------------------------------------------
 
-  // Attaches to a new page target (or the popup's one) and navigates.
-  // Engine UI thread. With |sync| it blocks until OnAfterCreated ran and
-  // returns whether the browser exists; otherwise returns true and reports
-  // through the client later.
-  bool Create(bool sync);
+  // An event of the page's session, or a target event about it. Engine UI
+  // thread.
+  void OnProtocolEvent(const QString& method, const QJsonObject& params);
 
-  // Chromium died: report the browser terminated and close it. Engine UI
+  // Chromium died: reports the browser terminated and closes it. Engine UI
   // thread.
   void OnChromiumGone(cef_termination_status_t status,
-                      int exit_code,
+                      int error_code,
                       const std::string& description);
 
-  // Target-level events about this page (title, crash, popups), routed by
-  // the Chromium instance. Engine UI thread.
-  void OnTargetInfoChanged(const QJsonObject& target_info);
-  void OnPopupTargetCreated(const QJsonObject& target_info);
-
-  FrameImpl* frame_impl(const QString& frame_id);
-  // Page.navigate in |frame_id| ("" = main frame). Any thread.
+  // Page.navigate in |frame_id| (empty: the main frame). Any thread.
   void Navigate(const QString& frame_id, const std::string& url);
-  // Runtime.evaluate in |frame_id|'s main world; |callback| (may be empty)
-  // gets the result value or an error text. Any thread.
+  // Runtime.evaluate in the main world of |frame_id|; |callback| runs on the
+  // engine UI thread. Any thread.
   void Evaluate(const QString& frame_id,
                 const QString& expression,
-                std::function<void(const QJsonObject& value,
-                                   const QString& error)> callback);
+                EvaluateCallback callback);
+  // Runs |code| without waiting; exceptions become console messages
+  // labelled with |script_url| and |start_line|. Any thread.
+  void ExecuteJavaScript(const QString& frame_id,
+                         const QString& code,
+                         const QString& script_url,
+                         int start_line);
+  // An editing command ("copy", "selectAll", ...) on the focused element.
+  // Any thread.
+  void RunEditCommand(const char* command);
+
+  // CefShutdown came with the browser open: lets go of the client and
+  // everything else, without callbacks. After the engine threads ended.
+  void ReleaseAfterShutdown();
 
   // --- CefBrowser ------------------------------------------------------
   bool IsValid() override;
@@ -228,6 +251,95 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
 
  private:
   friend class PageEvents;
+
+  struct QueuedCommand {
+    QString method;
+    QJsonObject params;
+    CommandCallback callback;
+  };
+
+  BrowserImpl(int id, CreateParams params);
+
+  // A popup Chromium opened and attached for this browser's page. Engine UI
+  // thread.
+  static void CreatePopup(CefRefPtr<BrowserImpl> opener,
+                          CreateParams params,
+                          const QString& target_id,
+                          const QString& session_id);
+
+  // Engine UI thread from here on.
+  bool Start(bool sync);
+  void OnTargetCreated(const QString& target_id);
+  void Attach(const QString& session_id);
+  // Every domain answered: sends what waited and tells the client.
+  void FinishAttach();
+  void NotifyAfterCreated();
+  // Asks the render handler for the view again; true if it changed.
+  bool UpdateViewFromClient();
+  QJsonObject ViewMetrics() const;
+  void CloseOnUiThread();
+  // The page's target went away by itself (window.close(), closed outside).
+  void OnTargetGone();
+  void Destroy(bool close_target);
+  void NavigateHistory(int offset);
+  void SetFocusOnUiThread(bool focus);
+
+  CefRefPtr<FrameImpl> FindFrame(const QString& id) const;
+  CefRefPtr<FrameImpl> AddFrame(const QString& id, const QString& parent_id);
+  void RemoveFrame(const QString& id);
+  void SetLoadState(bool loading);
+  void SetHistory(const QJsonArray& entries, int current_index);
+  bool HistoryState(bool* can_go_back, bool* can_go_forward) const;
+  void SetDocumentStatus(int http_status);
+
+  // Touch points held down, for Input.dispatchTouchEvent's full lists.
+  QJsonArray TouchPoints() const;
+
+  const int id_;
+  const bool is_popup_;
+  const CefBrowserSettings settings_;
+  const CefRefPtr<CefDictionaryValue> extra_info_;
+  const std::string initial_url_;
+  const CefSize popup_size_;
+
+  // Engine UI thread.
+  CefRefPtr<RequestContextImpl> request_context_;
+  std::shared_ptr<ChromiumInstance> chromium_;
+  QString target_id_;
+  std::unique_ptr<PageEvents> page_events_;
+  std::unique_ptr<RenderObserver> render_observer_;
+  std::unique_ptr<NavigationPolicy> navigation_policy_;
+  bool after_created_ = false;
+  bool closing_ = false;
+  // DoClose answered true: the next close request finishes the job.
+  bool close_deferred_ = false;
+
+  mutable std::mutex mutex_;
+  // Guarded by |mutex_|: what any thread may read or send.
+  CefRefPtr<CefClient> client_;
+  std::shared_ptr<DevToolsSession> devtools_;
+  QString session_id_;
+  bool attached_ = false;
+  bool destroyed_ = false;
+  std::vector<QueuedCommand> queued_;
+  CefRefPtr<FrameImpl> main_frame_;
+  std::map<QString, CefRefPtr<FrameImpl>> frames_;
+  bool loading_ = false;
+  bool has_document_ = false;
+  int document_status_ = 0;
+  QJsonArray history_;
+  int history_index_ = -1;
+  CefSize view_size_{800, 600};
+  float device_scale_factor_ = 1;
+  float chromium_scale_factor_ = 1;
+  bool hidden_ = false;
+  int frame_rate_ = 30;
+  double zoom_level_ = 0;
+  bool audio_muted_ = false;
+  QString composition_;
+  std::map<int, QJsonObject> touch_points_;
+  CefRefPtr<CefDragData> drag_data_;
+
   IMPLEMENT_REFCOUNTING(BrowserImpl);
 };
 

@@ -20,8 +20,10 @@ class RenderObserver {
   virtual ~RenderObserver() = default;
 
   // The page target is attached and its domains enabled: the browser's
-  // devtools() and session_id() are usable, the view metrics are applied.
-  // Before OnAfterCreated.
+  // devtools() and session_id() are usable, the view metrics are applied,
+  // and the page is still held before its first navigation. Before
+  // OnAfterCreated, except after CreateBrowserSync, which returns (after
+  // OnAfterCreated) before the page is attached.
   virtual void OnAttached(BrowserImpl* browser) {}
 
   // WasResized or NotifyScreenInfoChanged changed view_size() or

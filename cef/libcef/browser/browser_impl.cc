@@ -1,0 +1,1319 @@
+#include "libcef/browser/browser_impl.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <utility>
+
+#include "include/base/cef_logging.h"
+#include "libcef/browser/browser_registry.h"
+#include "libcef/browser/chromium_instance.h"
+#include "libcef/browser/context_storage.h"
+#include "libcef/browser/frame_impl.h"
+#include "libcef/browser/input_translator.h"
+#include "libcef/browser/navigation_entry_impl.h"
+#include "libcef/browser/page_events.h"
+#include "libcef/browser/request_context_impl.h"
+#include "libcef/browser/ui_task.h"
+#include "libcef/devtools/devtools_session.h"
+
+namespace cefengine {
+
+namespace {
+
+constexpr std::chrono::seconds kCreateTimeout{20};
+constexpr int kDefaultWidth = 800;
+constexpr int kDefaultHeight = 600;
+constexpr char kEngineWorld[] = "__brovia";
+
+QJsonObject NotAttachedError() {
+  return QJsonObject{{"code", DevToolsSession::kDisconnectedCode},
+                     {"message", "The browser is closed"}};
+}
+
+// Chrome's zoom steps, as factors.
+constexpr double kZoomFactors[] = {0.25, 1 / 3.0, 0.5, 2 / 3.0, 0.75, 0.8,
+                                   0.9,  1.0,     1.1, 1.25,    1.5,  1.75,
+                                   2.0,  2.5,     3.0, 4.0,     5.0};
+
+double ZoomFactor(double level) {
+  return std::pow(1.2, level);
+}
+
+double ZoomLevel(double factor) {
+  return std::log(factor) / std::log(1.2);
+}
+
+}  // namespace
+
+// --- Creation -------------------------------------------------------------
+
+BrowserImpl::BrowserImpl(int id, CreateParams params)
+    : id_(id),
+      is_popup_(params.is_popup),
+      settings_(params.settings),
+      extra_info_(params.extra_info),
+      initial_url_(params.url),
+      popup_size_(params.popup_size),
+      request_context_(params.request_context),
+      chromium_(params.request_context->storage()->chromium),
+      page_events_(std::make_unique<PageEvents>(this)),
+      client_(params.client) {
+  if (params.settings.windowless_frame_rate > 0) {
+    frame_rate_ = std::clamp(params.settings.windowless_frame_rate, 1, 60);
+  }
+}
+
+BrowserImpl::~BrowserImpl() = default;
+
+CefRefPtr<BrowserImpl> BrowserImpl::Create(CreateParams params, bool sync) {
+  CefRefPtr<BrowserImpl> browser =
+      new BrowserImpl(BrowserRegistry::Get().NextBrowserId(), std::move(params));
+  BrowserRegistry::Get().AddBrowser(browser);
+  if (!browser->Start(sync)) {
+    BrowserRegistry::Get().RemoveBrowser(browser->id_);
+    return nullptr;
+  }
+  return browser;
+}
+
+bool BrowserImpl::Start(bool sync) {
+  UpdateViewFromClient();
+  if (!chromium_->EnsureStarted(device_scale_factor())) {
+    LOG(ERROR) << "CefBrowserHost::CreateBrowser: no Chromium to show "
+               << (initial_url_.empty() ? "the page" : initial_url_);
+    return false;
+  }
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    chromium_scale_factor_ = chromium_->scale_factor();
+  }
+  if (!initial_url_.empty()) {
+    Navigate(QString(), initial_url_);
+  }
+  std::shared_ptr<DevToolsSession> session = chromium_->session();
+  const CefSize size = view_size();
+  const QJsonObject params{{"url", "about:blank"},
+                           {"width", size.width},
+                           {"height", size.height}};
+  if (sync) {
+    const DevToolsReply reply =
+        session->sendCommandSync(QStringLiteral("Target.createTarget"), params,
+                                 QString(), kCreateTimeout);
+    if (!reply.ok()) {
+      LOG(ERROR) << "CefBrowserHost::CreateBrowserSync: Chromium made no page: "
+                 << reply.error.value(QLatin1String("message"))
+                        .toString()
+                        .toStdString();
+      return false;
+    }
+    OnTargetCreated(reply.result.value(QLatin1String("targetId")).toString());
+    NotifyAfterCreated();
+    return true;
+  }
+  CefRefPtr<BrowserImpl> self(this);
+  session->sendCommand(
+      QStringLiteral("Target.createTarget"), params, QString(),
+      [self](const QJsonObject& result, const QJsonObject& error) {
+        if (!error.isEmpty()) {
+          LOG(ERROR) << "CefBrowserHost::CreateBrowser: Chromium made no page: "
+                     << error.value(QLatin1String("message"))
+                            .toString()
+                            .toStdString();
+          self->Destroy(false);
+          return;
+        }
+        self->OnTargetCreated(
+            result.value(QLatin1String("targetId")).toString());
+      });
+  return true;
+}
+
+void BrowserImpl::CreatePopup(CefRefPtr<BrowserImpl> opener,
+                              CreateParams params,
+                              const QString& target_id,
+                              const QString& session_id) {
+  CefRefPtr<BrowserImpl> popup =
+      new BrowserImpl(BrowserRegistry::Get().NextBrowserId(), std::move(params));
+  BrowserRegistry::Get().AddBrowser(popup);
+  popup->UpdateViewFromClient();
+  {
+    std::lock_guard<std::mutex> lock(popup->mutex_);
+    popup->chromium_scale_factor_ = popup->chromium_->scale_factor();
+  }
+  popup->OnTargetCreated(target_id);
+  popup->Attach(session_id);
+}
+
+void BrowserImpl::OnTargetCreated(const QString& target_id) {
+  target_id_ = target_id;
+  if (IsValid()) {
+    chromium_->AddTarget(target_id, this);
+    AddFrame(target_id, QString());
+  }
+  CefRefPtr<BrowserImpl> self(this);
+  chromium_->WhenAttached(target_id,
+                          [self](const QString& session_id, const QJsonObject&) {
+                            self->Attach(session_id);
+                          });
+}
+
+void BrowserImpl::Attach(const QString& session_id) {
+  std::shared_ptr<DevToolsSession> session = chromium_->session();
+  if (!session) {
+    return;
+  }
+  if (!IsValid()) {
+    // Closed while Chromium was still making the page.
+    session->sendCommand(QStringLiteral("Target.closeTarget"),
+                         QJsonObject{{"targetId", target_id_}}, QString(), {});
+    return;
+  }
+  chromium_->AddSession(session_id, this);
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    devtools_ = session;
+    session_id_ = session_id;
+  }
+  // Commands the renderer handles wait until it runs, while a navigation
+  // would not: so the page's own commands go out only once every domain
+  // answered, or the first load's events could be missed.
+  CefRefPtr<BrowserImpl> self(this);
+  auto pending = std::make_shared<int>(0);
+  auto send = [&](const char* method, const QJsonObject& params) {
+    ++*pending;
+    session->sendCommand(QLatin1String(method), params, session_id,
+                         [self, pending](const QJsonObject&, const QJsonObject&) {
+                           if (--*pending == 0) {
+                             self->FinishAttach();
+                           }
+                         });
+  };
+  send("Page.enable", {});
+  send("Runtime.enable", {});
+  send("Network.enable", {});
+  send("Log.enable", {});
+  send("Emulation.setFocusEmulationEnabled", {{"enabled", true}});
+  send("Emulation.setDeviceMetricsOverride", ViewMetrics());
+  QJsonObject agent{{"userAgent", chromium_->user_agent()}};
+  const std::string languages = request_context_->accept_language_list();
+  if (!languages.empty()) {
+    agent.insert(QStringLiteral("acceptLanguage"),
+                 QString::fromStdString(languages));
+  }
+  send("Emulation.setUserAgentOverride", agent);
+  // Titles set by the page or its scripts come from a watcher in a world of
+  // the engine's own, out of the page's reach.
+  send("Runtime.addBinding", {{"name", PageEvents::kTitleBinding},
+                              {"executionContextName", kEngineWorld}});
+  send("Page.addScriptToEvaluateOnNewDocument",
+       {{"source", PageEvents::TitleWatcherScript()},
+        {"worldName", kEngineWorld}});
+
+  if (NavigationPolicyFactory factory = GetNavigationPolicyFactory()) {
+    navigation_policy_ = factory(this);
+  }
+  if (navigation_policy_) {
+    navigation_policy_->OnAttached(this);
+  }
+  if (RenderObserverFactory factory = GetRenderObserverFactory()) {
+    render_observer_ = factory(this);
+  }
+  if (render_observer_) {
+    render_observer_->OnAttached(this);
+  }
+  send("Runtime.runIfWaitingForDebugger", {});
+}
+
+void BrowserImpl::FinishAttach() {
+  std::shared_ptr<DevToolsSession> session;
+  if (!IsValid()) {
+    return;
+  }
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    attached_ = true;
+    // Under the lock, so that commands sent meanwhile queue behind these.
+    for (QueuedCommand& command : queued_) {
+      devtools_->sendCommand(command.method, command.params, session_id_,
+                             std::move(command.callback));
+    }
+    queued_.clear();
+  }
+  NotifyAfterCreated();
+}
+
+void BrowserImpl::NotifyAfterCreated() {
+  if (after_created_) {
+    return;
+  }
+  after_created_ = true;
+  CefRefPtr<CefClient> client = this->client();
+  if (CefRefPtr<CefLifeSpanHandler> life_span =
+          client ? client->GetLifeSpanHandler() : nullptr) {
+    life_span->OnAfterCreated(this);
+  }
+}
+
+// --- Engine-side accessors ------------------------------------------------
+
+DevToolsSession* BrowserImpl::devtools() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return destroyed_ ? nullptr : devtools_.get();
+}
+
+QString BrowserImpl::session_id() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return destroyed_ ? QString() : session_id_;
+}
+
+CefRefPtr<CefClient> BrowserImpl::client() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return client_;
+}
+
+CefRefPtr<CefRenderHandler> BrowserImpl::render_handler() const {
+  CefRefPtr<CefClient> client = this->client();
+  return client ? client->GetRenderHandler() : nullptr;
+}
+
+CefSize BrowserImpl::view_size() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return view_size_;
+}
+
+float BrowserImpl::device_scale_factor() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return device_scale_factor_;
+}
+
+float BrowserImpl::chromium_scale_factor() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return chromium_scale_factor_;
+}
+
+bool BrowserImpl::is_hidden() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return hidden_;
+}
+
+int BrowserImpl::windowless_frame_rate() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return frame_rate_;
+}
+
+void BrowserImpl::SendPageCommand(const QString& method,
+                                  const QJsonObject& params,
+                                  CommandCallback callback) {
+  CefRefPtr<BrowserImpl> self(this);
+  CommandCallback keep_alive = [self, callback = std::move(callback)](
+                                   const QJsonObject& result,
+                                   const QJsonObject& error) {
+    if (callback) {
+      callback(result, error);
+    }
+  };
+  std::unique_lock<std::mutex> lock(mutex_);
+  if (destroyed_) {
+    lock.unlock();
+    PostUiTask([keep_alive] { keep_alive({}, NotAttachedError()); });
+    return;
+  }
+  if (!attached_) {
+    queued_.push_back({method, params, std::move(keep_alive)});
+    return;
+  }
+  devtools_->sendCommand(method, params, session_id_, std::move(keep_alive));
+}
+
+// --- Page state, kept for callers on any thread ---------------------------
+
+CefRefPtr<FrameImpl> BrowserImpl::FindFrame(const QString& id) const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  auto it = frames_.find(id);
+  return it == frames_.end() ? nullptr : it->second;
+}
+
+CefRefPtr<FrameImpl> BrowserImpl::AddFrame(const QString& id,
+                                           const QString& parent_id) {
+  CefRefPtr<FrameImpl> frame = new FrameImpl(this, id, parent_id);
+  std::lock_guard<std::mutex> lock(mutex_);
+  if (destroyed_) {
+    frame->Invalidate();
+    return frame;
+  }
+  frames_[id] = frame;
+  if (parent_id.isEmpty()) {
+    main_frame_ = frame;
+  }
+  return frame;
+}
+
+void BrowserImpl::RemoveFrame(const QString& id) {
+  CefRefPtr<FrameImpl> removed;
+  std::lock_guard<std::mutex> lock(mutex_);
+  auto it = frames_.find(id);
+  if (it == frames_.end() || it->second == main_frame_) {
+    return;
+  }
+  removed = it->second;
+  frames_.erase(it);
+  removed->Invalidate();
+}
+
+void BrowserImpl::SetLoadState(bool loading) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  loading_ = loading;
+}
+
+void BrowserImpl::SetHistory(const QJsonArray& entries, int current_index) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  history_ = entries;
+  history_index_ = current_index;
+  has_document_ = true;
+}
+
+bool BrowserImpl::HistoryState(bool* can_go_back, bool* can_go_forward) const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  *can_go_back = history_index_ > 0;
+  *can_go_forward =
+      history_index_ >= 0 && history_index_ + 1 < history_.size();
+  return history_index_ >= 0;
+}
+
+void BrowserImpl::SetDocumentStatus(int http_status) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  document_status_ = http_status;
+}
+
+// --- Events ---------------------------------------------------------------
+
+void BrowserImpl::OnProtocolEvent(const QString& method,
+                                  const QJsonObject& params) {
+  if (!IsValid()) {
+    return;
+  }
+  if (navigation_policy_ &&
+      navigation_policy_->OnPageEvent(this, method, params)) {
+    return;
+  }
+  page_events_->Push(method, params);
+}
+
+void BrowserImpl::OnChromiumGone(cef_termination_status_t status,
+                                 int error_code,
+                                 const std::string& description) {
+  if (!IsValid()) {
+    return;
+  }
+  CefRefPtr<BrowserImpl> self(this);
+  CefRefPtr<CefClient> client = this->client();
+  if (CefRefPtr<CefRequestHandler> request =
+          client ? client->GetRequestHandler() : nullptr) {
+    request->OnRenderProcessTerminated(this, status, error_code,
+                                       "Chromium ended: " + description);
+  }
+  Destroy(false);
+}
+
+void BrowserImpl::OnTargetGone() {
+  if (!IsValid()) {
+    return;
+  }
+  CefRefPtr<BrowserImpl> self(this);
+  closing_ = true;
+  // Nothing is left to keep open, so DoClose's answer changes nothing.
+  CefRefPtr<CefClient> client = this->client();
+  if (CefRefPtr<CefLifeSpanHandler> life_span =
+          client ? client->GetLifeSpanHandler() : nullptr) {
+    life_span->DoClose(this);
+  }
+  Destroy(false);
+}
+
+// --- Closing --------------------------------------------------------------
+
+void BrowserImpl::CloseBrowser(bool force_close) {
+  // beforeunload handlers are not run yet: every close goes on as if forced.
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self] { self->CloseOnUiThread(); });
+}
+
+bool BrowserImpl::TryCloseBrowser() {
+  if (!OnUiThread()) {
+    LOG(ERROR) << "CefBrowserHost::TryCloseBrowser must be called on the UI "
+                  "thread";
+    return false;
+  }
+  CefRefPtr<BrowserImpl> self(this);
+  CloseOnUiThread();
+  return !IsValid();
+}
+
+void BrowserImpl::CloseOnUiThread() {
+  if (!IsValid()) {
+    return;
+  }
+  if (close_deferred_) {
+    Destroy(true);
+    return;
+  }
+  if (closing_) {
+    return;
+  }
+  closing_ = true;
+  CefRefPtr<CefClient> client = this->client();
+  CefRefPtr<CefLifeSpanHandler> life_span =
+      client ? client->GetLifeSpanHandler() : nullptr;
+  // Windowless: false destroys the browser now; true leaves the close to
+  // the application's next close request.
+  if (life_span && life_span->DoClose(this)) {
+    close_deferred_ = true;
+    return;
+  }
+  Destroy(true);
+}
+
+void BrowserImpl::Destroy(bool close_target) {
+  std::vector<QueuedCommand> queued;
+  std::map<QString, CefRefPtr<FrameImpl>> frames;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (destroyed_) {
+      return;
+    }
+    destroyed_ = true;
+    queued.swap(queued_);
+    frames.swap(frames_);
+  }
+  CefRefPtr<BrowserImpl> self(this);
+  for (QueuedCommand& command : queued) {
+    PostUiTask([callback = std::move(command.callback)] {
+      callback({}, NotAttachedError());
+    });
+  }
+  for (auto& [id, frame] : frames) {
+    frame->Invalidate();
+  }
+  page_events_->Clear();
+  if (navigation_policy_) {
+    navigation_policy_->OnDetached(this);
+    navigation_policy_.reset();
+  }
+  if (render_observer_) {
+    render_observer_->OnDetached(this);
+    render_observer_.reset();
+  }
+  if (close_target && !target_id_.isEmpty()) {
+    if (std::shared_ptr<DevToolsSession> session = chromium_->session()) {
+      session->sendCommand(QStringLiteral("Target.closeTarget"),
+                           QJsonObject{{"targetId", target_id_}}, QString(),
+                           {});
+    }
+  }
+  chromium_->RemoveBrowser(this);
+  CefRefPtr<CefClient> client = this->client();
+  if (CefRefPtr<CefLifeSpanHandler> life_span =
+          client ? client->GetLifeSpanHandler() : nullptr) {
+    life_span->OnBeforeClose(this);
+  }
+  BrowserRegistry::Get().RemoveBrowser(id_);
+}
+
+void BrowserImpl::ReleaseAfterShutdown() {
+  std::map<QString, CefRefPtr<FrameImpl>> frames;
+  CefRefPtr<CefClient> client;
+  CefRefPtr<FrameImpl> main_frame;
+  std::vector<QueuedCommand> queued;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    destroyed_ = true;
+    frames.swap(frames_);
+    client.swap(client_);
+    main_frame.swap(main_frame_);
+    queued.swap(queued_);
+    drag_data_ = nullptr;
+    devtools_.reset();
+  }
+  page_events_->Clear();
+  navigation_policy_.reset();
+  render_observer_.reset();
+}
+
+// --- CefBrowser -----------------------------------------------------------
+
+bool BrowserImpl::IsValid() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return !destroyed_;
+}
+
+CefRefPtr<CefBrowserHost> BrowserImpl::GetHost() {
+  return this;
+}
+
+bool BrowserImpl::CanGoBack() {
+  bool back = false;
+  bool forward = false;
+  HistoryState(&back, &forward);
+  return back;
+}
+
+bool BrowserImpl::CanGoForward() {
+  bool back = false;
+  bool forward = false;
+  HistoryState(&back, &forward);
+  return forward;
+}
+
+void BrowserImpl::GoBack() {
+  NavigateHistory(-1);
+}
+
+void BrowserImpl::GoForward() {
+  NavigateHistory(1);
+}
+
+void BrowserImpl::NavigateHistory(int offset) {
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self, offset] {
+    QJsonObject entry;
+    {
+      std::lock_guard<std::mutex> lock(self->mutex_);
+      const int index = self->history_index_ + offset;
+      if (self->history_index_ < 0 || index < 0 ||
+          index >= self->history_.size()) {
+        return;
+      }
+      entry = self->history_.at(index).toObject();
+    }
+    self->page_events_->ExpectTransition(static_cast<cef_transition_type_t>(
+        TransitionFromProtocol(
+            entry.value(QLatin1String("transitionType")).toString()) |
+        TT_FORWARD_BACK_FLAG));
+    self->SendPageCommand(
+        QStringLiteral("Page.navigateToHistoryEntry"),
+        QJsonObject{{"entryId", entry.value(QLatin1String("id")).toInt()}});
+  });
+}
+
+bool BrowserImpl::IsLoading() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return loading_;
+}
+
+void BrowserImpl::Reload() {
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self] {
+    self->page_events_->ExpectTransition(TT_RELOAD);
+    self->SendPageCommand(QStringLiteral("Page.reload"),
+                          QJsonObject{{"ignoreCache", false}});
+  });
+}
+
+void BrowserImpl::ReloadIgnoreCache() {
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self] {
+    self->page_events_->ExpectTransition(TT_RELOAD);
+    self->SendPageCommand(QStringLiteral("Page.reload"),
+                          QJsonObject{{"ignoreCache", true}});
+  });
+}
+
+void BrowserImpl::StopLoad() {
+  SendPageCommand(QStringLiteral("Page.stopLoading"), {});
+}
+
+int BrowserImpl::GetIdentifier() {
+  return id_;
+}
+
+bool BrowserImpl::IsSame(CefRefPtr<CefBrowser> that) {
+  return that && that->GetIdentifier() == id_;
+}
+
+bool BrowserImpl::IsPopup() {
+  return is_popup_;
+}
+
+bool BrowserImpl::HasDocument() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return has_document_;
+}
+
+CefRefPtr<CefFrame> BrowserImpl::GetMainFrame() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return main_frame_.get();
+}
+
+CefRefPtr<CefFrame> BrowserImpl::GetFocusedFrame() {
+  return GetMainFrame();
+}
+
+CefRefPtr<CefFrame> BrowserImpl::GetFrameByIdentifier(
+    const CefString& identifier) {
+  return FindFrame(QString::fromStdString(identifier.ToString())).get();
+}
+
+CefRefPtr<CefFrame> BrowserImpl::GetFrameByName(const CefString& name) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  for (const auto& [id, frame] : frames_) {
+    if (frame->GetName() == name) {
+      return frame.get();
+    }
+  }
+  return nullptr;
+}
+
+size_t BrowserImpl::GetFrameCount() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return frames_.size();
+}
+
+void BrowserImpl::GetFrameIdentifiers(std::vector<CefString>& identifiers) {
+  identifiers.clear();
+  std::lock_guard<std::mutex> lock(mutex_);
+  for (const auto& [id, frame] : frames_) {
+    identifiers.push_back(id.toStdString());
+  }
+}
+
+void BrowserImpl::GetFrameNames(std::vector<CefString>& names) {
+  names.clear();
+  std::lock_guard<std::mutex> lock(mutex_);
+  for (const auto& [id, frame] : frames_) {
+    names.push_back(frame->GetName());
+  }
+}
+
+// --- Scripts and navigation -----------------------------------------------
+
+void BrowserImpl::Navigate(const QString& frame_id, const std::string& url) {
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self, frame_id, url] {
+    const QString target_url = QString::fromStdString(url);
+    QJsonObject params{{"url", target_url}};
+    if (frame_id.isEmpty()) {
+      self->page_events_->ExpectTransition(TT_EXPLICIT);
+    } else {
+      params.insert(QStringLiteral("frameId"), frame_id);
+    }
+    self->SendPageCommand(
+        QStringLiteral("Page.navigate"), params,
+        [self, frame_id, target_url](const QJsonObject& result,
+                                     const QJsonObject& error) {
+          if (!self->IsValid()) {
+            return;
+          }
+          self->page_events_->Push(
+              QStringLiteral("Brovia.navigated"),
+              QJsonObject{{"url", target_url},
+                          {"frameId", frame_id},
+                          {"result", result},
+                          {"error", error}});
+        });
+  });
+}
+
+void BrowserImpl::Evaluate(const QString& frame_id,
+                           const QString& expression,
+                           EvaluateCallback callback) {
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self, frame_id, expression, callback] {
+    QJsonObject params{{"expression", expression}, {"returnByValue", true}};
+    if (!frame_id.isEmpty() && frame_id != self->target_id_) {
+      const int context = self->page_events_->ContextFor(frame_id);
+      if (!context) {
+        if (callback) {
+          callback(QJsonValue(), QStringLiteral("The frame has no document"));
+        }
+        return;
+      }
+      params.insert(QStringLiteral("contextId"), context);
+    }
+    self->SendPageCommand(
+        QStringLiteral("Runtime.evaluate"), params,
+        [callback](const QJsonObject& result, const QJsonObject& error) {
+          if (!callback) {
+            return;
+          }
+          if (!error.isEmpty()) {
+            callback(QJsonValue(),
+                     error.value(QLatin1String("message")).toString());
+          } else if (result.contains(QLatin1String("exceptionDetails"))) {
+            callback(QJsonValue(), result.value(QLatin1String("exceptionDetails"))
+                                       .toObject()
+                                       .value(QLatin1String("text"))
+                                       .toString());
+          } else {
+            callback(result.value(QLatin1String("result"))
+                         .toObject()
+                         .value(QLatin1String("value")),
+                     QString());
+          }
+        });
+  });
+}
+
+void BrowserImpl::ExecuteJavaScript(const QString& frame_id,
+                                    const QString& code,
+                                    const QString& script_url,
+                                    int start_line) {
+  // Blank lines in front make error line numbers count from |start_line|.
+  QString expression =
+      QString(std::clamp(start_line - 1, 0, 100000), QChar('\n')) + code;
+  if (!script_url.isEmpty()) {
+    expression += QStringLiteral("\n//# sourceURL=") + script_url;
+  }
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self, frame_id, expression] {
+    QJsonObject params{{"expression", expression}, {"returnByValue", false}};
+    if (!frame_id.isEmpty() && frame_id != self->target_id_) {
+      const int context = self->page_events_->ContextFor(frame_id);
+      if (!context) {
+        return;
+      }
+      params.insert(QStringLiteral("contextId"), context);
+    }
+    self->SendPageCommand(
+        QStringLiteral("Runtime.evaluate"), params,
+        [self](const QJsonObject& result, const QJsonObject& error) {
+          // Like an inline script: an uncaught exception is a console error.
+          if (self->IsValid() &&
+              result.contains(QLatin1String("exceptionDetails"))) {
+            self->page_events_->Push(
+                QStringLiteral("Runtime.exceptionThrown"),
+                QJsonObject{{"exceptionDetails",
+                             result.value(QLatin1String("exceptionDetails"))}});
+          }
+        });
+  });
+}
+
+void BrowserImpl::RunEditCommand(const char* command) {
+  SendPageCommand(
+      QStringLiteral("Input.dispatchKeyEvent"),
+      QJsonObject{{"type", "rawKeyDown"},
+                  {"commands", QJsonArray{QLatin1String(command)}}});
+}
+
+// --- CefBrowserHost -------------------------------------------------------
+
+CefRefPtr<CefBrowser> BrowserImpl::GetBrowser() {
+  return this;
+}
+
+void BrowserImpl::SetFocus(bool focus) {
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self, focus] { self->SetFocusOnUiThread(focus); });
+}
+
+void BrowserImpl::SetFocusOnUiThread(bool focus) {
+  // A headless page has no window focus of its own: emulating it is what
+  // makes document.hasFocus() and focus events follow the host.
+  SendPageCommand(QStringLiteral("Emulation.setFocusEmulationEnabled"),
+                  QJsonObject{{"enabled", focus}});
+  if (focus) {
+    SendPageCommand(QStringLiteral("Page.bringToFront"), {});
+  }
+}
+
+CefWindowHandle BrowserImpl::GetWindowHandle() {
+  return kNullWindowHandle;
+}
+
+CefWindowHandle BrowserImpl::GetOpenerWindowHandle() {
+  return kNullWindowHandle;
+}
+
+bool BrowserImpl::HasView() {
+  return false;
+}
+
+CefRefPtr<CefClient> BrowserImpl::GetClient() {
+  return client();
+}
+
+CefRefPtr<CefRequestContext> BrowserImpl::GetRequestContext() {
+  return request_context_.get();
+}
+
+bool BrowserImpl::CanZoom(cef_zoom_command_t command) {
+  const double factor = ZoomFactor(GetZoomLevel());
+  switch (command) {
+    case CEF_ZOOM_COMMAND_OUT:
+      return factor > kZoomFactors[0] + 1e-6;
+    case CEF_ZOOM_COMMAND_RESET:
+      return std::fabs(factor - 1.0) > 1e-6;
+    case CEF_ZOOM_COMMAND_IN:
+      return factor < kZoomFactors[std::size(kZoomFactors) - 1] - 1e-6;
+  }
+  return false;
+}
+
+void BrowserImpl::Zoom(cef_zoom_command_t command) {
+  const double factor = ZoomFactor(GetZoomLevel());
+  double next = 1.0;
+  if (command == CEF_ZOOM_COMMAND_IN) {
+    next = kZoomFactors[std::size(kZoomFactors) - 1];
+    for (double step : kZoomFactors) {
+      if (step > factor + 1e-6) {
+        next = step;
+        break;
+      }
+    }
+  } else if (command == CEF_ZOOM_COMMAND_OUT) {
+    next = kZoomFactors[0];
+    for (double step : kZoomFactors) {
+      if (step < factor - 1e-6) {
+        next = step;
+      }
+    }
+  }
+  SetZoomLevel(ZoomLevel(next));
+}
+
+double BrowserImpl::GetDefaultZoomLevel() {
+  return 0.0;
+}
+
+double BrowserImpl::GetZoomLevel() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return zoom_level_;
+}
+
+// The protocol has no page zoom: the level is kept for the getters only.
+void BrowserImpl::SetZoomLevel(double zoomLevel) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  zoom_level_ = zoomLevel;
+}
+
+void BrowserImpl::RunFileDialog(FileDialogMode mode,
+                                const CefString& title,
+                                const CefString& default_file_path,
+                                const std::vector<CefString>& accept_filters,
+                                CefRefPtr<CefRunFileDialogCallback> callback) {
+  if (callback) {
+    PostUiTask([callback] { callback->OnFileDialogDismissed({}); });
+  }
+}
+
+void BrowserImpl::StartDownload(const CefString& url) {}
+
+void BrowserImpl::DownloadImage(const CefString& image_url,
+                                bool is_favicon,
+                                uint32_t max_image_size,
+                                bool bypass_cache,
+                                CefRefPtr<CefDownloadImageCallback> callback) {
+  if (callback) {
+    const CefString url = image_url;
+    PostUiTask(
+        [callback, url] { callback->OnDownloadImageFinished(url, 0, nullptr); });
+  }
+}
+
+void BrowserImpl::Print() {}
+
+void BrowserImpl::PrintToPDF(const CefString& path,
+                             const CefPdfPrintSettings& settings,
+                             CefRefPtr<CefPdfPrintCallback> callback) {
+  if (callback) {
+    const CefString target = path;
+    PostUiTask([callback, target] { callback->OnPdfPrintFinished(target, false); });
+  }
+}
+
+void BrowserImpl::Find(const CefString& searchText,
+                       bool forward,
+                       bool matchCase,
+                       bool findNext) {}
+
+void BrowserImpl::StopFinding(bool clearSelection) {}
+
+void BrowserImpl::ShowDevTools(const CefWindowInfo& windowInfo,
+                               CefRefPtr<CefClient> client,
+                               const CefBrowserSettings& settings,
+                               const CefPoint& inspect_element_at) {}
+
+void BrowserImpl::CloseDevTools() {}
+
+bool BrowserImpl::HasDevTools() {
+  return false;
+}
+
+bool BrowserImpl::SendDevToolsMessage(const void* message,
+                                      size_t message_size) {
+  return false;
+}
+
+int BrowserImpl::ExecuteDevToolsMethod(int message_id,
+                                       const CefString& method,
+                                       CefRefPtr<CefDictionaryValue> params) {
+  return 0;
+}
+
+CefRefPtr<CefRegistration> BrowserImpl::AddDevToolsMessageObserver(
+    CefRefPtr<CefDevToolsMessageObserver> observer) {
+  return nullptr;
+}
+
+void BrowserImpl::GetNavigationEntries(
+    CefRefPtr<CefNavigationEntryVisitor> visitor,
+    bool current_only) {
+  if (!visitor) {
+    return;
+  }
+  QJsonArray entries;
+  int current = -1;
+  int status = 0;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    entries = history_;
+    current = history_index_;
+    status = document_status_;
+  }
+  const int total = entries.size();
+  for (int index = 0; index < total; ++index) {
+    if (current_only && index != current) {
+      continue;
+    }
+    CefRefPtr<CefNavigationEntry> entry = new NavigationEntryImpl(
+        entries.at(index).toObject(), index == current ? status : 0);
+    if (!visitor->Visit(entry, index == current, index, total)) {
+      break;
+    }
+  }
+}
+
+CefRefPtr<CefNavigationEntry> BrowserImpl::GetVisibleNavigationEntry() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  if (history_index_ < 0 || history_index_ >= history_.size()) {
+    return nullptr;
+  }
+  return new NavigationEntryImpl(history_.at(history_index_).toObject(),
+                                 document_status_);
+}
+
+void BrowserImpl::ReplaceMisspelling(const CefString& word) {}
+
+void BrowserImpl::AddWordToDictionary(const CefString& word) {}
+
+bool BrowserImpl::IsWindowRenderingDisabled() {
+  return true;
+}
+
+// --- View -----------------------------------------------------------------
+
+bool BrowserImpl::UpdateViewFromClient() {
+  CefSize size(kDefaultWidth, kDefaultHeight);
+  float scale = 1;
+  if (CefRefPtr<CefRenderHandler> handler = render_handler()) {
+    CefRect rect;
+    handler->GetViewRect(this, rect);
+    if (rect.width > 0 && rect.height > 0) {
+      size = CefSize(rect.width, rect.height);
+    }
+    CefScreenInfo screen;
+    if (handler->GetScreenInfo(this, screen) &&
+        screen.device_scale_factor > 0) {
+      scale = screen.device_scale_factor;
+    }
+  } else if (popup_size_.width > 0 && popup_size_.height > 0) {
+    size = popup_size_;
+  }
+  std::lock_guard<std::mutex> lock(mutex_);
+  const bool changed = size != view_size_ || scale != device_scale_factor_;
+  view_size_ = size;
+  device_scale_factor_ = scale;
+  return changed;
+}
+
+QJsonObject BrowserImpl::ViewMetrics() const {
+  const CefSize size = view_size();
+  return QJsonObject{{"width", size.width},
+                     {"height", size.height},
+                     {"deviceScaleFactor", device_scale_factor()},
+                     {"mobile", false}};
+}
+
+void BrowserImpl::WasResized() {
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self] {
+    if (!self->IsValid() || !self->UpdateViewFromClient()) {
+      return;
+    }
+    self->SendPageCommand(QStringLiteral("Emulation.setDeviceMetricsOverride"),
+                          self->ViewMetrics());
+    if (self->render_observer_) {
+      self->render_observer_->OnViewChanged(self.get());
+    }
+  });
+}
+
+void BrowserImpl::NotifyScreenInfoChanged() {
+  WasResized();
+}
+
+void BrowserImpl::WasHidden(bool hidden) {
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    hidden_ = hidden;
+  }
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self, hidden] {
+    if (self->render_observer_) {
+      self->render_observer_->OnVisibilityChanged(self.get(), hidden);
+    }
+  });
+}
+
+void BrowserImpl::Invalidate(PaintElementType type) {
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self, type] {
+    if (self->render_observer_) {
+      self->render_observer_->OnInvalidate(self.get(), type);
+    }
+  });
+}
+
+void BrowserImpl::SendExternalBeginFrame() {
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self] {
+    if (self->render_observer_) {
+      self->render_observer_->OnExternalBeginFrame(self.get());
+    }
+  });
+}
+
+int BrowserImpl::GetWindowlessFrameRate() {
+  return windowless_frame_rate();
+}
+
+void BrowserImpl::SetWindowlessFrameRate(int frame_rate) {
+  const int clamped = std::clamp(frame_rate, 1, 60);
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    frame_rate_ = clamped;
+  }
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self, clamped] {
+    if (self->render_observer_) {
+      self->render_observer_->OnFrameRateChanged(self.get(), clamped);
+    }
+  });
+}
+
+void BrowserImpl::NotifyMoveOrResizeStarted() {}
+
+// --- Input ----------------------------------------------------------------
+
+void BrowserImpl::SendKeyEvent(const CefKeyEvent& event) {
+  SendPageCommand(QStringLiteral("Input.dispatchKeyEvent"),
+                  InputTranslator::KeyEvent(event));
+}
+
+void BrowserImpl::SendMouseClickEvent(const CefMouseEvent& event,
+                                      MouseButtonType type,
+                                      bool mouseUp,
+                                      int clickCount) {
+  SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"),
+                  InputTranslator::MouseClick(event, type, mouseUp, clickCount));
+}
+
+void BrowserImpl::SendMouseMoveEvent(const CefMouseEvent& event,
+                                     bool mouseLeave) {
+  SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"),
+                  InputTranslator::MouseMove(event, mouseLeave));
+}
+
+void BrowserImpl::SendMouseWheelEvent(const CefMouseEvent& event,
+                                      int deltaX,
+                                      int deltaY) {
+  SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"),
+                  InputTranslator::MouseWheel(event, deltaX, deltaY));
+}
+
+QJsonArray BrowserImpl::TouchPoints() const {
+  QJsonArray points;
+  for (const auto& [id, point] : touch_points_) {
+    points.append(point);
+  }
+  return points;
+}
+
+void BrowserImpl::SendTouchEvent(const CefTouchEvent& event) {
+  // The protocol wants every point still down in each event; a release
+  // ends the touch only when it was the last point.
+  QString type;
+  QJsonArray points;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    switch (event.type) {
+      case CEF_TET_PRESSED:
+        touch_points_[event.id] = InputTranslator::TouchPoint(event);
+        type = QStringLiteral("touchStart");
+        break;
+      case CEF_TET_MOVED:
+        touch_points_[event.id] = InputTranslator::TouchPoint(event);
+        type = QStringLiteral("touchMove");
+        break;
+      case CEF_TET_RELEASED:
+        touch_points_.erase(event.id);
+        type = touch_points_.empty() ? QStringLiteral("touchEnd")
+                                     : QStringLiteral("touchMove");
+        break;
+      case CEF_TET_CANCELLED:
+        touch_points_.clear();
+        type = QStringLiteral("touchCancel");
+        break;
+    }
+    points = TouchPoints();
+  }
+  SendPageCommand(
+      QStringLiteral("Input.dispatchTouchEvent"),
+      QJsonObject{{"type", type},
+                  {"touchPoints", points},
+                  {"modifiers", InputTranslator::Modifiers(event.modifiers)}});
+}
+
+void BrowserImpl::SendCaptureLostEvent() {}
+
+void BrowserImpl::ImeSetComposition(
+    const CefString& text,
+    const std::vector<CefCompositionUnderline>& underlines,
+    const CefRange& replacement_range,
+    const CefRange& selection_range) {
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    composition_ = QString::fromStdString(text.ToString());
+  }
+  SendPageCommand(QStringLiteral("Input.imeSetComposition"),
+                  InputTranslator::ImeComposition(text, replacement_range,
+                                                  selection_range));
+}
+
+void BrowserImpl::ImeCommitText(const CefString& text,
+                                const CefRange& replacement_range,
+                                int relative_cursor_pos) {
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    composition_.clear();
+  }
+  SendPageCommand(
+      QStringLiteral("Input.insertText"),
+      QJsonObject{{"text", QString::fromStdString(text.ToString())}});
+}
+
+void BrowserImpl::ImeFinishComposingText(bool keep_selection) {
+  QString composition;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    composition.swap(composition_);
+  }
+  if (!composition.isEmpty()) {
+    SendPageCommand(QStringLiteral("Input.insertText"),
+                    QJsonObject{{"text", composition}});
+  }
+}
+
+void BrowserImpl::ImeCancelComposition() {
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    composition_.clear();
+  }
+  SendPageCommand(
+      QStringLiteral("Input.imeSetComposition"),
+      QJsonObject{{"text", ""}, {"selectionStart", 0}, {"selectionEnd", 0}});
+}
+
+void BrowserImpl::DragTargetDragEnter(CefRefPtr<CefDragData> drag_data,
+                                      const CefMouseEvent& event,
+                                      DragOperationsMask allowed_ops) {
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    drag_data_ = drag_data;
+  }
+  SendPageCommand(
+      QStringLiteral("Input.dispatchDragEvent"),
+      InputTranslator::DragEvent("dragEnter", event, allowed_ops, drag_data));
+}
+
+void BrowserImpl::DragTargetDragOver(const CefMouseEvent& event,
+                                     DragOperationsMask allowed_ops) {
+  CefRefPtr<CefDragData> data;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    data = drag_data_;
+  }
+  SendPageCommand(
+      QStringLiteral("Input.dispatchDragEvent"),
+      InputTranslator::DragEvent("dragOver", event, allowed_ops, data));
+}
+
+void BrowserImpl::DragTargetDragLeave() {
+  CefRefPtr<CefDragData> data;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    data.swap(drag_data_);
+  }
+  SendPageCommand(QStringLiteral("Input.dispatchDragEvent"),
+                  InputTranslator::DragEvent("dragCancel", CefMouseEvent(),
+                                             DRAG_OPERATION_NONE, data));
+}
+
+void BrowserImpl::DragTargetDrop(const CefMouseEvent& event) {
+  CefRefPtr<CefDragData> data;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    data.swap(drag_data_);
+  }
+  SendPageCommand(
+      QStringLiteral("Input.dispatchDragEvent"),
+      InputTranslator::DragEvent("drop", event, DRAG_OPERATION_EVERY, data));
+}
+
+void BrowserImpl::DragSourceEndedAt(int x, int y, DragOperationsMask op) {}
+
+void BrowserImpl::DragSourceSystemDragEnded() {}
+
+// --- The rest: defaults ---------------------------------------------------
+
+void BrowserImpl::SetAccessibilityState(cef_state_t accessibility_state) {}
+
+void BrowserImpl::SetAutoResizeEnabled(bool enabled,
+                                       const CefSize& min_size,
+                                       const CefSize& max_size) {}
+
+// Chromium runs muted (--mute-audio); the flag is only remembered.
+void BrowserImpl::SetAudioMuted(bool mute) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  audio_muted_ = mute;
+}
+
+bool BrowserImpl::IsAudioMuted() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return audio_muted_;
+}
+
+bool BrowserImpl::IsFullscreen() {
+  return false;
+}
+
+void BrowserImpl::ExitFullscreen(bool will_cause_resize) {}
+
+bool BrowserImpl::CanExecuteChromeCommand(int command_id) {
+  return false;
+}
+
+void BrowserImpl::ExecuteChromeCommand(
+    int command_id,
+    cef_window_open_disposition_t disposition) {}
+
+bool BrowserImpl::IsRenderProcessUnresponsive() {
+  return false;
+}
+
+cef_runtime_style_t BrowserImpl::GetRuntimeStyle() {
+  return CEF_RUNTIME_STYLE_ALLOY;
+}
+
+}  // namespace cefengine

@@ -1,0 +1,90 @@
+#include "libcef/browser/browser_registry.h"
+
+#include <utility>
+#include <vector>
+
+#include "libcef/browser/browser_impl.h"
+#include "libcef/browser/context_storage.h"
+#include "libcef/browser/request_context_impl.h"
+#include "libcef/context.h"
+
+namespace cefengine {
+
+BrowserRegistry& BrowserRegistry::Get() {
+  static BrowserRegistry* const registry = new BrowserRegistry();
+  return *registry;
+}
+
+void BrowserRegistry::AddBrowser(CefRefPtr<BrowserImpl> browser) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  browsers_[browser->GetIdentifier()] = browser;
+}
+
+void BrowserRegistry::RemoveBrowser(int id) {
+  CefRefPtr<BrowserImpl> removed;
+  std::lock_guard<std::mutex> lock(mutex_);
+  auto it = browsers_.find(id);
+  if (it != browsers_.end()) {
+    removed = it->second;
+    browsers_.erase(it);
+  }
+}
+
+size_t BrowserRegistry::BrowserCount() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return browsers_.size();
+}
+
+std::shared_ptr<ContextStorage> BrowserRegistry::StorageFor(
+    const std::string& cache_path) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  if (!hooked_) {
+    hooked_ = true;
+    Context::Get()->AddShutdownHook([this] { Shutdown(); });
+  }
+  std::shared_ptr<ContextStorage>& storage = storages_[cache_path];
+  if (!storage) {
+    storage = std::make_shared<ContextStorage>(cache_path);
+  }
+  return storage;
+}
+
+CefRefPtr<RequestContextImpl> BrowserRegistry::GlobalContext() {
+  if (!Context::Get()->IsInitialized()) {
+    return nullptr;
+  }
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (global_context_) {
+      return global_context_;
+    }
+  }
+  CefRefPtr<RequestContextImpl> created = RequestContextImpl::CreateGlobal();
+  std::lock_guard<std::mutex> lock(mutex_);
+  if (!global_context_) {
+    global_context_ = created;
+  }
+  return global_context_;
+}
+
+void BrowserRegistry::Shutdown() {
+  std::map<int, CefRefPtr<BrowserImpl>> browsers;
+  std::map<std::string, std::shared_ptr<ContextStorage>> storages;
+  CefRefPtr<RequestContextImpl> global_context;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    browsers.swap(browsers_);
+    storages.swap(storages_);
+    global_context.swap(global_context_);
+  }
+  for (auto& [path, storage] : storages) {
+    storage->chromium->Shutdown();
+  }
+  // Browsers still open now were never closed by the application; they go
+  // without OnBeforeClose, as Chromium has.
+  for (auto& [id, browser] : browsers) {
+    browser->ReleaseAfterShutdown();
+  }
+}
+
+}  // namespace cefengine

@@ -1,0 +1,319 @@
+#include "libcef/browser/chromium_instance.h"
+
+#include <chrono>
+#include <set>
+#include <utility>
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument> // TRACE
+
+#include "include/base/cef_logging.h"
+#include "include/cef_command_line.h"
+#include "libcef/browser/browser_impl.h"
+#include "libcef/browser/browser_registry.h"
+#include "libcef/browser/ui_task.h"
+#include "libcef/context.h"
+
+namespace cefengine {
+
+namespace {
+
+constexpr std::chrono::seconds kStartTimeout{20};
+constexpr std::chrono::milliseconds kStopTimeout{3000};
+
+// Switches the engine sets itself, or that would cut it off from Chromium.
+const std::set<std::string>& ReservedSwitches() {
+  static const std::set<std::string> reserved = {
+      "remote-debugging-pipe",    "remote-debugging-port",
+      "remote-debugging-address", "remote-debugging-io-pipes",
+      "user-data-dir",            "headless",
+      "force-device-scale-factor", "type",
+      "disable-features",
+  };
+  return reserved;
+}
+
+// Cross-site frames in processes of their own would be separate targets
+// whose events the page's session never sees; one process per page keeps
+// every frame in it.
+constexpr char kSiteIsolationFeatures[] = "IsolateOrigins,site-per-process";
+
+cef_termination_status_t TerminationStatus(int signal) {
+  return signal == 9 || signal == 15 ? TS_PROCESS_WAS_KILLED
+                                     : TS_PROCESS_CRASHED;
+}
+
+}  // namespace
+
+ChromiumInstance::ChromiumInstance(std::string cache_path)
+    : cache_path_(std::move(cache_path)) {}
+
+ChromiumInstance::~ChromiumInstance() = default;
+
+std::shared_ptr<DevToolsSession> ChromiumInstance::session() const {
+  std::lock_guard<std::mutex> lock(session_mutex_);
+  return session_;
+}
+
+std::vector<std::string> ChromiumInstance::Switches() const {
+  std::vector<std::string> switches;
+  std::string disabled_features = kSiteIsolationFeatures;
+  CefRefPtr<CefCommandLine> command_line =
+      CefCommandLine::GetGlobalCommandLine();
+  if (command_line) {
+    CefCommandLine::SwitchMap map;
+    command_line->GetSwitches(map);
+    for (const auto& [name, value] : map) {
+      const std::string key = name.ToString();
+      if (key == "disable-features" && !value.empty()) {
+        disabled_features = value.ToString() + "," + disabled_features;
+      }
+      if (key.empty() || ReservedSwitches().count(key)) {
+        continue;
+      }
+      switches.push_back(value.empty() ? key : key + "=" + value.ToString());
+    }
+  }
+  switches.push_back("disable-features=" + disabled_features);
+  switches.push_back("disable-site-isolation-trials");
+  const int port = Context::Get()->settings().remote_debugging_port;
+  if (port >= 1024 && port <= 65535 &&
+      BrowserRegistry::Get().ClaimRemoteDebugging()) {
+    switches.push_back("remote-debugging-port=" + std::to_string(port));
+    switches.push_back("remote-debugging-address=127.0.0.1");
+  }
+  return switches;
+}
+
+bool ChromiumInstance::EnsureStarted(float device_scale_factor) {
+  if (shut_down_) {
+    return false;
+  }
+  if (std::shared_ptr<DevToolsSession> running = session()) {
+    if (running->isConnected()) {
+      return true;
+    }
+  }
+
+  std::string user_data_dir = cache_path_;
+  if (user_data_dir.empty()) {
+    if (!temp_dir_) {
+      temp_dir_ = std::make_unique<QTemporaryDir>(
+          QDir::tempPath() + QStringLiteral("/brovia-profile-XXXXXX"));
+    }
+    if (!temp_dir_->isValid()) {
+      LOG(ERROR) << "Cannot create a temporary Chromium profile: "
+                 << temp_dir_->errorString().toStdString();
+      return false;
+    }
+    user_data_dir = temp_dir_->path().toStdString();
+  } else if (!QDir().mkpath(QString::fromStdString(user_data_dir))) {
+    LOG(ERROR) << "Cannot create the cache directory " << user_data_dir;
+    return false;
+  }
+
+  ChromiumProcess::Options options;
+  options.program = Context::Get()->chromium_path();
+  options.userDataDir = user_data_dir;
+  options.deviceScaleFactor = device_scale_factor > 0 ? device_scale_factor : 0;
+  options.extraSwitches = Switches();
+
+  auto session = std::make_shared<DevToolsSession>(
+      [](std::function<void()> task) { PostUiTask(std::move(task)); });
+  std::weak_ptr<ChromiumInstance> weak = shared_from_this();
+  session->subscribeAll([weak](const QString& method, const QJsonObject& params,
+                               const QString& session_id) {
+    if (std::shared_ptr<ChromiumInstance> self = weak.lock()) {
+      self->OnEvent(method, params, session_id);
+    }
+  });
+  std::string error;
+  if (!session->start(options, &error)) {
+    LOG(ERROR) << "Cannot start Chromium: " << error;
+    return false;
+  }
+  const DevToolsReply version = session->sendCommandSync(
+      QStringLiteral("Browser.getVersion"), {}, QString(), kStartTimeout);
+  if (!version.ok()) {
+    LOG(ERROR) << "Chromium (pid " << session->pid() << ") did not answer: "
+               << version.error.value(QLatin1String("message"))
+                      .toString()
+                      .toStdString();
+    session->stop(kStopTimeout);
+    return false;
+  }
+
+  const std::string configured =
+      CefString(&Context::Get()->settings().user_agent).ToString();
+  user_agent_ = configured.empty()
+                    ? version.result.value(QLatin1String("userAgent"))
+                          .toString()
+                          .replace(QLatin1String("HeadlessChrome/"),
+                                   QLatin1String("Chrome/"))
+                    : QString::fromStdString(configured);
+  scale_factor_ = device_scale_factor > 0 ? device_scale_factor : 1;
+
+  // Every new page, ours or a popup, is attached and held before it runs,
+  // so that no event of its first load is missed.
+  session->sendCommand(QStringLiteral("Target.setDiscoverTargets"),
+                       QJsonObject{{"discover", true}}, QString(), {});
+  session->sendCommand(
+      QStringLiteral("Target.setAutoAttach"),
+      QJsonObject{{"autoAttach", true},
+                  {"waitForDebuggerOnStart", true},
+                  {"flatten", true},
+                  {"filter", QJsonArray{QJsonObject{{"type", "page"}}}}},
+      QString(), {});
+  {
+    std::lock_guard<std::mutex> lock(session_mutex_);
+    session_ = std::move(session);
+  }
+  return true;
+}
+
+void ChromiumInstance::AddTarget(const QString& target_id,
+                                 BrowserImpl* browser) {
+  targets_[target_id] = browser;
+}
+
+void ChromiumInstance::AddSession(const QString& session_id,
+                                  BrowserImpl* browser) {
+  sessions_[session_id] = browser;
+}
+
+void ChromiumInstance::RemoveBrowser(BrowserImpl* browser) {
+  for (auto* routes : {&targets_, &sessions_}) {
+    for (auto it = routes->begin(); it != routes->end();) {
+      it = it->second == browser ? routes->erase(it) : std::next(it);
+    }
+  }
+}
+
+void ChromiumInstance::WhenAttached(const QString& target_id,
+                                    AttachCallback attached) {
+  auto it = unclaimed_.find(target_id);
+  if (it == unclaimed_.end()) {
+    waiters_[target_id] = std::move(attached);
+    return;
+  }
+  Attachment attachment = std::move(it->second);
+  unclaimed_.erase(it);
+  attached(attachment.session_id, attachment.info);
+}
+
+BrowserImpl* ChromiumInstance::BrowserForTarget(const QString& target_id) const {
+  auto it = targets_.find(target_id);
+  return it == targets_.end() ? nullptr : it->second;
+}
+
+void ChromiumInstance::OnEvent(const QString& method,
+                               const QJsonObject& params,
+                               const QString& session_id) {
+  if (shut_down_) {
+    return;
+  }
+  if (getenv("BROVIA_TEST_TRACE")) fprintf(stderr, "PROTO %s %s %s\n", qPrintable(session_id.left(6)), qPrintable(method), QJsonDocument(params).toJson(QJsonDocument::Compact).left(300).constData()); // TRACE
+  if (method == QLatin1String(DevToolsSession::kDisconnectedEvent)) {
+    OnDisconnected(params);
+    return;
+  }
+  if (!session_id.isEmpty()) {
+    auto it = sessions_.find(session_id);
+    if (it != sessions_.end()) {
+      CefRefPtr<BrowserImpl> browser = it->second;
+      browser->OnProtocolEvent(method, params);
+    }
+    return;
+  }
+  if (method == QLatin1String("Target.attachedToTarget")) {
+    OnAttachedToTarget(params);
+    return;
+  }
+  const QString target_id =
+      params.value(QLatin1String("targetId")).toString().isEmpty()
+          ? params.value(QLatin1String("targetInfo"))
+                .toObject()
+                .value(QLatin1String("targetId"))
+                .toString()
+          : params.value(QLatin1String("targetId")).toString();
+  if (CefRefPtr<BrowserImpl> browser = BrowserForTarget(target_id)) {
+    browser->OnProtocolEvent(method, params);
+  }
+}
+
+void ChromiumInstance::OnAttachedToTarget(const QJsonObject& params) {
+  const QString session_id = params.value(QLatin1String("sessionId")).toString();
+  const QJsonObject info = params.value(QLatin1String("targetInfo")).toObject();
+  const QString target_id = info.value(QLatin1String("targetId")).toString();
+  const QString opener_id = info.value(QLatin1String("openerId")).toString();
+  if (!opener_id.isEmpty()) {
+    if (CefRefPtr<BrowserImpl> opener = BrowserForTarget(opener_id)) {
+      opener->OnProtocolEvent(QStringLiteral("Target.attachedToTarget"),
+                              params);
+    } else if (std::shared_ptr<DevToolsSession> running = session()) {
+      // Opened by a page that is gone: nobody would ever show it.
+      running->sendCommand(QStringLiteral("Target.closeTarget"),
+                           QJsonObject{{"targetId", target_id}}, QString(), {});
+    }
+    return;
+  }
+  auto waiter = waiters_.find(target_id);
+  if (waiter == waiters_.end()) {
+    unclaimed_[target_id] = Attachment{session_id, info};
+    return;
+  }
+  AttachCallback attached = std::move(waiter->second);
+  waiters_.erase(waiter);
+  attached(session_id, info);
+}
+
+void ChromiumInstance::OnDisconnected(const QJsonObject& params) {
+  const int exit_code = params.value(QLatin1String("exitCode")).toInt();
+  const int signal = params.value(QLatin1String("signal")).toInt();
+  const std::string status =
+      params.value(QLatin1String("status")).toString().toStdString();
+  std::shared_ptr<DevToolsSession> dead;
+  {
+    std::lock_guard<std::mutex> lock(session_mutex_);
+    dead.swap(session_);
+  }
+  if (!dead) {
+    return;
+  }
+  LOG(ERROR) << "Chromium (pid " << dead->pid() << ") ended unexpectedly: "
+             << status;
+  std::vector<CefRefPtr<BrowserImpl>> browsers;
+  std::set<BrowserImpl*> seen;
+  for (const auto& [target, browser] : targets_) {
+    if (seen.insert(browser).second) {
+      browsers.push_back(browser);
+    }
+  }
+  unclaimed_.clear();
+  waiters_.clear();
+  for (const CefRefPtr<BrowserImpl>& browser : browsers) {
+    browser->OnChromiumGone(TerminationStatus(signal),
+                            signal ? signal : exit_code, status);
+  }
+}
+
+void ChromiumInstance::Shutdown() {
+  shut_down_ = true;
+  std::shared_ptr<DevToolsSession> running;
+  {
+    std::lock_guard<std::mutex> lock(session_mutex_);
+    running.swap(session_);
+  }
+  if (running) {
+    running->stop(kStopTimeout);
+  }
+  running.reset();
+  targets_.clear();
+  sessions_.clear();
+  unclaimed_.clear();
+  waiters_.clear();
+  temp_dir_.reset();
+}
+
+}  // namespace cefengine

@@ -1,0 +1,184 @@
+#include "libcef/browser/frame_impl.h"
+
+#include <atomic>
+#include <utility>
+
+#include "include/base/cef_logging.h"
+#include "include/cef_request.h"
+#include "include/cef_urlrequest.h"
+#include "include/cef_v8.h"
+#include "libcef/browser/browser_impl.h"
+
+namespace cefengine {
+
+FrameImpl::FrameImpl(CefRefPtr<BrowserImpl> browser,
+                     const QString& id,
+                     const QString& parent_id)
+    : id_(id), parent_id_(parent_id), browser_(std::move(browser)) {}
+
+void FrameImpl::SetCommitted(const std::string& url, const std::string& name) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  url_ = url;
+  name_ = name;
+}
+
+void FrameImpl::SetUrl(const std::string& url) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  url_ = url;
+}
+
+void FrameImpl::Invalidate() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  valid_ = false;
+}
+
+bool FrameImpl::IsValid() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return valid_;
+}
+
+void FrameImpl::Edit(const char* command) {
+  if (IsValid()) {
+    browser_->RunEditCommand(command);
+  }
+}
+
+void FrameImpl::Undo() {
+  Edit("undo");
+}
+
+void FrameImpl::Redo() {
+  Edit("redo");
+}
+
+void FrameImpl::Cut() {
+  Edit("cut");
+}
+
+void FrameImpl::Copy() {
+  Edit("copy");
+}
+
+void FrameImpl::Paste() {
+  Edit("paste");
+}
+
+void FrameImpl::Delete() {
+  Edit("delete");
+}
+
+void FrameImpl::SelectAll() {
+  Edit("selectAll");
+}
+
+void FrameImpl::ViewSource() {}
+
+void FrameImpl::Visit(const char* expression,
+                      CefRefPtr<CefStringVisitor> visitor) {
+  if (!visitor) {
+    return;
+  }
+  // A frame that cannot answer still visits, with nothing.
+  browser_->Evaluate(id_, QLatin1String(expression),
+                     [visitor](const QJsonValue& value, const QString& error) {
+                       visitor->Visit(value.toString().toStdString());
+                     });
+}
+
+void FrameImpl::GetSource(CefRefPtr<CefStringVisitor> visitor) {
+  Visit(
+      "(document.doctype ? new XMLSerializer().serializeToString("
+      "document.doctype) + '\\n' : '') + "
+      "(document.documentElement ? document.documentElement.outerHTML : '')",
+      visitor);
+}
+
+void FrameImpl::GetText(CefRefPtr<CefStringVisitor> visitor) {
+  Visit("document.body ? document.body.innerText : ''", visitor);
+}
+
+void FrameImpl::LoadRequest(CefRefPtr<CefRequest> request) {
+  if (!request) {
+    return;
+  }
+  const std::string method = request->GetMethod().ToString();
+  if (!method.empty() && method != "GET") {
+    LOG(WARNING) << "CefFrame::LoadRequest: only GET requests are supported; "
+                 << method << " " << request->GetURL().ToString()
+                 << " is loaded as a GET";
+  }
+  LoadURL(request->GetURL());
+}
+
+void FrameImpl::LoadURL(const CefString& url) {
+  if (IsValid()) {
+    browser_->Navigate(IsMain() ? QString() : id_, url.ToString());
+  }
+}
+
+void FrameImpl::ExecuteJavaScript(const CefString& code,
+                                  const CefString& script_url,
+                                  int start_line) {
+  if (IsValid()) {
+    browser_->ExecuteJavaScript(id_, QString::fromStdString(code.ToString()),
+                                QString::fromStdString(script_url.ToString()),
+                                start_line);
+  }
+}
+
+bool FrameImpl::IsMain() {
+  return parent_id_.isEmpty();
+}
+
+bool FrameImpl::IsFocused() {
+  // Focus inside the page is not tracked: the main frame stands for it.
+  return IsMain();
+}
+
+CefString FrameImpl::GetName() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return name_;
+}
+
+CefString FrameImpl::GetIdentifier() {
+  return id_.toStdString();
+}
+
+CefRefPtr<CefFrame> FrameImpl::GetParent() {
+  if (IsMain()) {
+    return nullptr;
+  }
+  return browser_->GetFrameByIdentifier(parent_id_.toStdString());
+}
+
+CefString FrameImpl::GetURL() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return url_;
+}
+
+CefRefPtr<CefBrowser> FrameImpl::GetBrowser() {
+  return browser_.get();
+}
+
+CefRefPtr<CefV8Context> FrameImpl::GetV8Context() {
+  return {};
+}
+
+void FrameImpl::VisitDOM(CefRefPtr<CefDOMVisitor> visitor) {}
+
+CefRefPtr<CefURLRequest> FrameImpl::CreateURLRequest(
+    CefRefPtr<CefRequest> request,
+    CefRefPtr<CefURLRequestClient> client) {
+  return {};
+}
+
+void FrameImpl::SendProcessMessage(CefProcessId target_process,
+                                   CefRefPtr<CefProcessMessage> message) {
+  static std::atomic<bool> logged{false};
+  if (!logged.exchange(true)) {
+    LOG(WARNING) << "CefFrame::SendProcessMessage: no render process answers "
+                    "yet; messages are dropped";
+  }
+}
+
+}  // namespace cefengine

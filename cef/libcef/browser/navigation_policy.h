@@ -1,0 +1,48 @@
+// Where decisions about a page's navigations and requests plug in
+// (OnBeforeBrowse, OnOpenURLFromTab, certificate errors, request
+// interception): the browser core only routes to it.
+
+#ifndef CEF_LIBCEF_BROWSER_NAVIGATION_POLICY_H_
+#define CEF_LIBCEF_BROWSER_NAVIGATION_POLICY_H_
+
+#include <functional>
+#include <memory>
+
+#include <QJsonObject>
+#include <QString>
+
+namespace cefengine {
+
+class BrowserImpl;
+
+// One per browser, owned by it. Engine UI thread.
+class NavigationPolicy {
+ public:
+  virtual ~NavigationPolicy() = default;
+
+  // The page is attached and still held: commands sent now on the browser's
+  // session (e.g. Fetch.enable) take effect before its first navigation.
+  virtual void OnAttached(BrowserImpl* browser) {}
+
+  // Each protocol event of the page before the browser core sees it; true
+  // consumes it (e.g. Fetch.requestPaused).
+  virtual bool OnPageEvent(BrowserImpl* browser,
+                           const QString& method,
+                           const QJsonObject& params) {
+    return false;
+  }
+
+  // The page is going; nothing is called afterwards.
+  virtual void OnDetached(BrowserImpl* browser) {}
+};
+
+using NavigationPolicyFactory =
+    std::function<std::unique_ptr<NavigationPolicy>(BrowserImpl* browser)>;
+
+// For browsers created afterwards. Any thread.
+void SetNavigationPolicyFactory(NavigationPolicyFactory factory);
+NavigationPolicyFactory GetNavigationPolicyFactory();
+
+}  // namespace cefengine
+
+#endif  // CEF_LIBCEF_BROWSER_NAVIGATION_POLICY_H_

@@ -1,0 +1,677 @@
+#include "libcef/browser/page_events.h"
+
+#include <utility>
+
+#include <QJsonArray>
+#include <QStringList>
+
+#include "include/base/cef_logging.h"
+#include "include/cef_client.h"
+#include "libcef/browser/browser_impl.h"
+#include "libcef/browser/chromium_instance.h"
+#include "libcef/browser/frame_impl.h"
+#include "libcef/browser/navigation_entry_impl.h"
+#include "libcef/browser/net_error.h"
+
+namespace cefengine {
+
+namespace {
+
+QString Str(const QJsonObject& object, const char* name) {
+  return object.value(QLatin1String(name)).toString();
+}
+
+QJsonObject Obj(const QJsonObject& object, const char* name) {
+  return object.value(QLatin1String(name)).toObject();
+}
+
+CefString Cef(const QString& text) {
+  return CefString(text.toStdString());
+}
+
+bool IsHttp(const QString& url) {
+  return url.startsWith(QLatin1String("http:"), Qt::CaseInsensitive) ||
+         url.startsWith(QLatin1String("https:"), Qt::CaseInsensitive);
+}
+
+// How the console shows one argument.
+QString RemoteObjectText(const QJsonObject& object) {
+  const QString type = Str(object, "type");
+  if (type == QLatin1String("string")) {
+    return Str(object, "value");
+  }
+  if (type == QLatin1String("undefined")) {
+    return type;
+  }
+  if (object.contains(QLatin1String("unserializableValue"))) {
+    return Str(object, "unserializableValue");
+  }
+  if (object.contains(QLatin1String("description"))) {
+    return Str(object, "description");
+  }
+  const QJsonValue value = object.value(QLatin1String("value"));
+  if (value.isNull()) {
+    return QStringLiteral("null");
+  }
+  if (value.isBool()) {
+    return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
+  }
+  if (value.isDouble()) {
+    return QString::number(value.toDouble(), 'g', 17);
+  }
+  return type;
+}
+
+// console.log's arguments as one line, with the first one's %s, %d, %i,
+// %f, %o, %O and %c filled in.
+QString ConsoleText(const QJsonArray& args) {
+  QStringList parts;
+  int next = 0;
+  if (!args.isEmpty() && Str(args[0].toObject(), "type") == "string") {
+    const QString format = Str(args[0].toObject(), "value");
+    QString text;
+    next = 1;
+    for (int i = 0; i < format.size(); ++i) {
+      const QChar c = format[i];
+      if (c != '%' || i + 1 == format.size()) {
+        text += c;
+        continue;
+      }
+      const QChar spec = format[i + 1];
+      if (spec == '%') {
+        text += '%';
+        ++i;
+      } else if (QStringLiteral("sdifoOc").contains(spec) &&
+                 next < args.size()) {
+        if (spec != 'c') {
+          text += RemoteObjectText(args[next].toObject());
+        }
+        ++next;
+        ++i;
+      } else {
+        text += c;
+      }
+    }
+    parts << text;
+  }
+  for (; next < args.size(); ++next) {
+    parts << RemoteObjectText(args[next].toObject());
+  }
+  return parts.join(' ');
+}
+
+cef_log_severity_t ConsoleLevel(const QString& type) {
+  if (type == QLatin1String("debug") || type == QLatin1String("verbose")) {
+    return LOGSEVERITY_DEBUG;
+  }
+  if (type == QLatin1String("warning")) {
+    return LOGSEVERITY_WARNING;
+  }
+  if (type == QLatin1String("error") || type == QLatin1String("assert")) {
+    return LOGSEVERITY_ERROR;
+  }
+  return LOGSEVERITY_INFO;
+}
+
+cef_termination_status_t TerminationFromProtocol(const QString& status) {
+  if (status == QLatin1String("killed")) {
+    return TS_PROCESS_WAS_KILLED;
+  }
+  if (status == QLatin1String("crashed")) {
+    return TS_PROCESS_CRASHED;
+  }
+  if (status == QLatin1String("oom")) {
+    return TS_PROCESS_OOM;
+  }
+  if (status == QLatin1String("launch failed")) {
+    return TS_LAUNCH_FAILED;
+  }
+  if (status == QLatin1String("integrity failure")) {
+    return TS_INTEGRITY_FAILURE;
+  }
+  return TS_ABNORMAL_TERMINATION;
+}
+
+// window.open's feature strings ("width=300", "popup") as CEF's.
+CefPopupFeatures PopupFeatures(const QJsonArray& features) {
+  CefPopupFeatures result;
+  for (const QJsonValue& feature : features) {
+    const QString text = feature.toString();
+    const QString name = text.section('=', 0, 0).trimmed().toLower();
+    bool ok = false;
+    const int value = text.section('=', 1).trimmed().toInt(&ok);
+    if (name == QLatin1String("popup")) {
+      result.isPopup = true;
+    } else if (!ok) {
+      continue;
+    } else if (name == QLatin1String("left") ||
+               name == QLatin1String("screenx")) {
+      result.x = value;
+      result.xSet = result.isPopup = true;
+    } else if (name == QLatin1String("top") ||
+               name == QLatin1String("screeny")) {
+      result.y = value;
+      result.ySet = result.isPopup = true;
+    } else if (name == QLatin1String("width") ||
+               name == QLatin1String("innerwidth")) {
+      result.width = value;
+      result.widthSet = result.isPopup = true;
+    } else if (name == QLatin1String("height") ||
+               name == QLatin1String("innerheight")) {
+      result.height = value;
+      result.heightSet = result.isPopup = true;
+    }
+  }
+  return result;
+}
+
+}  // namespace
+
+QString PageEvents::TitleWatcherScript() {
+  return QStringLiteral(
+             "(() => {"
+             "  if (window !== window.top) return;"
+             "  let last = null;"
+             "  const report = () => {"
+             "    const title = document.title;"
+             "    if (title !== last) { last = title; %1(title); }"
+             "  };"
+             "  new MutationObserver(report).observe(document,"
+             "      {subtree: true, childList: true, characterData: true});"
+             "})();")
+      .arg(QLatin1String(kTitleBinding));
+}
+
+PageEvents::PageEvents(BrowserImpl* browser) : browser_(browser) {}
+
+void PageEvents::Push(const QString& method, const QJsonObject& params) {
+  queue_.emplace_back(method, params);
+  Drain();
+}
+
+void PageEvents::ExpectTransition(cef_transition_type_t type) {
+  expected_transition_ = type;
+}
+
+int PageEvents::ContextFor(const QString& frame_id) const {
+  auto it = contexts_.find(frame_id);
+  return it == contexts_.end() ? 0 : it->second;
+}
+
+void PageEvents::Clear() {
+  queue_.clear();
+}
+
+void PageEvents::Drain() {
+  if (draining_) {
+    return;
+  }
+  draining_ = true;
+  while (!waiting_ && !queue_.empty()) {
+    auto [method, params] = std::move(queue_.front());
+    queue_.pop_front();
+    Handle(method, params);
+  }
+  draining_ = false;
+}
+
+void PageEvents::Await(const QString& method,
+                       const QJsonObject& params,
+                       std::function<void(const QJsonObject& result)> then) {
+  waiting_ = true;
+  CefRefPtr<BrowserImpl> browser(browser_);
+  browser_->SendPageCommand(
+      method, params,
+      [this, browser, then = std::move(then)](const QJsonObject& result,
+                                              const QJsonObject& error) {
+        waiting_ = false;
+        if (browser->IsValid()) {
+          then(result);
+        }
+        Drain();
+      });
+}
+
+void PageEvents::RefreshHistory(std::function<void()> then) {
+  Await(QStringLiteral("Page.getNavigationHistory"), {},
+        [this, then = std::move(then)](const QJsonObject& result) {
+          browser_->SetHistory(result.value(QLatin1String("entries")).toArray(),
+                               result.value(QLatin1String("currentIndex"))
+                                   .toInt(-1));
+          then();
+        });
+}
+
+void PageEvents::Handle(const QString& method, const QJsonObject& params) {
+  if (method == QLatin1String("Page.frameAttached")) {
+    browser_->AddFrame(Str(params, "frameId"), Str(params, "parentFrameId"));
+  } else if (method == QLatin1String("Page.frameDetached")) {
+    // A frame moving to another process stays the same frame.
+    if (Str(params, "reason") != QLatin1String("swap")) {
+      OnFrameDetached(Str(params, "frameId"));
+    }
+  } else if (method == QLatin1String("Page.frameStartedLoading")) {
+    OnFrameStartedLoading(Str(params, "frameId"));
+  } else if (method == QLatin1String("Page.frameStoppedLoading")) {
+    OnFrameStoppedLoading(Str(params, "frameId"));
+  } else if (method == QLatin1String("Page.frameNavigated")) {
+    OnFrameNavigated(params);
+  } else if (method == QLatin1String("Page.navigatedWithinDocument")) {
+    OnSameDocumentNavigation(params);
+  } else if (method == QLatin1String("Page.windowOpen")) {
+    window_opens_.push_back(params);
+  } else if (method == QLatin1String("Network.requestWillBeSent")) {
+    if (Str(params, "type") == QLatin1String("Document")) {
+      document_requests_[Str(params, "requestId")] = {
+          Str(params, "frameId"), Str(Obj(params, "request"), "url")};
+    }
+  } else if (method == QLatin1String("Network.responseReceived")) {
+    const QJsonObject response = Obj(params, "response");
+    if (Str(params, "type") == QLatin1String("Document") &&
+        IsHttp(Str(response, "url"))) {
+      status_by_loader_[Str(params, "loaderId")] =
+          response.value(QLatin1String("status")).toInt();
+    }
+  } else if (method == QLatin1String("Network.loadingFinished")) {
+    document_requests_.erase(Str(params, "requestId"));
+  } else if (method == QLatin1String("Network.loadingFailed")) {
+    OnLoadingFailed(params);
+  } else if (method == QLatin1String("Runtime.executionContextCreated")) {
+    const QJsonObject context = Obj(params, "context");
+    const QJsonObject aux = Obj(context, "auxData");
+    if (aux.value(QLatin1String("isDefault")).toBool()) {
+      contexts_[Str(aux, "frameId")] =
+          context.value(QLatin1String("id")).toInt();
+    }
+  } else if (method == QLatin1String("Runtime.executionContextDestroyed")) {
+    const int id = params.value(QLatin1String("executionContextId")).toInt();
+    for (auto it = contexts_.begin(); it != contexts_.end();) {
+      it = it->second == id ? contexts_.erase(it) : std::next(it);
+    }
+  } else if (method == QLatin1String("Runtime.executionContextsCleared")) {
+    contexts_.clear();
+  } else if (method == QLatin1String("Runtime.consoleAPICalled")) {
+    OnConsoleApiCalled(params);
+  } else if (method == QLatin1String("Runtime.exceptionThrown")) {
+    OnException(params);
+  } else if (method == QLatin1String("Log.entryAdded")) {
+    OnLogEntry(params);
+  } else if (method == QLatin1String("Target.targetInfoChanged")) {
+    // At each commit Chromium names the page after its address until a
+    // title comes.
+    OnTitle(Str(Obj(params, "targetInfo"), "title"));
+  } else if (method == QLatin1String("Runtime.bindingCalled")) {
+    if (Str(params, "name") == QLatin1String(kTitleBinding)) {
+      OnTitle(Str(params, "payload"));
+    }
+  } else if (method == QLatin1String("Target.targetCrashed") ||
+             method == QLatin1String("Inspector.targetCrashed")) {
+    OnCrashed(params);
+  } else if (method == QLatin1String("Target.targetDestroyed") ||
+             method == QLatin1String("Target.detachedFromTarget")) {
+    browser_->OnTargetGone();
+  } else if (method == QLatin1String("Target.attachedToTarget")) {
+    OnPopupAttached(params);
+  } else if (method == QLatin1String("Brovia.navigated")) {
+    OnNavigateReply(params);
+  }
+}
+
+void PageEvents::OnFrameNavigated(const QJsonObject& params) {
+  const QJsonObject frame = Obj(params, "frame");
+  const QString id = Str(frame, "id");
+  const QString parent_id = Str(frame, "parentId");
+  const QString unreachable = Str(frame, "unreachableUrl");
+  const bool error_page = !unreachable.isEmpty();
+  const QString url =
+      error_page ? unreachable : Str(frame, "url") + Str(frame, "urlFragment");
+  CefRefPtr<FrameImpl> target = browser_->FindFrame(id);
+  if (!target) {
+    target = browser_->AddFrame(id, parent_id);
+  }
+  target->SetCommitted(url.toStdString(), Str(frame, "name").toStdString());
+  commits_[id] = Commit{Str(frame, "loaderId"), error_page, false};
+  const bool main = parent_id.isEmpty();
+  if (error_page) {
+    // The failure itself is told by OnLoadError; CEF reports no start, end
+    // or address for the error page.
+    if (main) {
+      expected_transition_.reset();
+    }
+    return;
+  }
+  CefRefPtr<CefClient> client = browser_->client();
+  CefRefPtr<CefLoadHandler> load = client ? client->GetLoadHandler() : nullptr;
+  if (!main) {
+    if (load) {
+      load->OnLoadStart(browser_, target.get(), TT_AUTO_SUBFRAME);
+    }
+    return;
+  }
+  crashed_ = false;
+  has_committed_ = true;
+  const std::optional<cef_transition_type_t> expected = expected_transition_;
+  expected_transition_.reset();
+  RefreshHistory([this, target, url, expected] {
+    CefRefPtr<CefClient> client = browser_->client();
+    if (!client) {
+      return;
+    }
+    cef_transition_type_t transition = TT_LINK;
+    if (expected) {
+      transition = *expected;
+    } else {
+      std::lock_guard<std::mutex> lock(browser_->mutex_);
+      transition = TransitionFromProtocol(
+          Str(browser_->history_.at(browser_->history_index_).toObject(),
+              "transitionType"));
+    }
+    if (CefRefPtr<CefLoadHandler> load = client->GetLoadHandler()) {
+      load->OnLoadStart(browser_, target.get(), transition);
+    }
+    if (CefRefPtr<CefDisplayHandler> display = client->GetDisplayHandler()) {
+      display->OnAddressChange(browser_, target.get(), Cef(url));
+    }
+    if (browser_->render_observer_) {
+      browser_->render_observer_->OnMainFrameNavigated(browser_);
+    }
+  });
+}
+
+void PageEvents::OnSameDocumentNavigation(const QJsonObject& params) {
+  CefRefPtr<FrameImpl> frame = browser_->FindFrame(Str(params, "frameId"));
+  if (!frame) {
+    return;
+  }
+  const QString url = Str(params, "url");
+  frame->SetUrl(url.toStdString());
+  if (!frame->IsMain()) {
+    return;
+  }
+  RefreshHistory([this, frame, url] {
+    CefRefPtr<CefClient> client = browser_->client();
+    CefRefPtr<CefDisplayHandler> display =
+        client ? client->GetDisplayHandler() : nullptr;
+    if (display) {
+      display->OnAddressChange(browser_, frame.get(), Cef(url));
+    }
+  });
+}
+
+void PageEvents::OnFrameStartedLoading(const QString& frame_id) {
+  loading_frames_.insert(frame_id);
+  if (!loading_) {
+    UpdateLoading(true);
+  }
+}
+
+void PageEvents::OnFrameStoppedLoading(const QString& frame_id) {
+  auto commit = commits_.find(frame_id);
+  if (commit != commits_.end() && !commit->second.ended &&
+      !commit->second.error_page) {
+    commit->second.ended = true;
+    int status = 0;
+    auto known = status_by_loader_.find(commit->second.loader_id);
+    if (known != status_by_loader_.end()) {
+      status = known->second;
+      status_by_loader_.erase(known);
+    }
+    CefRefPtr<FrameImpl> frame = browser_->FindFrame(frame_id);
+    if (frame && frame->IsMain()) {
+      browser_->SetDocumentStatus(status);
+    }
+    CefRefPtr<CefClient> client = browser_->client();
+    CefRefPtr<CefLoadHandler> load = client ? client->GetLoadHandler() : nullptr;
+    if (frame && load) {
+      load->OnLoadEnd(browser_, frame.get(), status);
+    }
+  }
+  loading_frames_.erase(frame_id);
+  if (loading_ && loading_frames_.empty()) {
+    UpdateLoading(false);
+  }
+}
+
+void PageEvents::OnFrameDetached(const QString& frame_id) {
+  browser_->RemoveFrame(frame_id);
+  commits_.erase(frame_id);
+  contexts_.erase(frame_id);
+  loading_frames_.erase(frame_id);
+  if (loading_ && loading_frames_.empty()) {
+    UpdateLoading(false);
+  }
+}
+
+void PageEvents::UpdateLoading(bool loading) {
+  loading_ = loading;
+  browser_->SetLoadState(loading);
+  bool can_go_back = false;
+  bool can_go_forward = false;
+  browser_->HistoryState(&can_go_back, &can_go_forward);
+  CefRefPtr<CefClient> client = browser_->client();
+  if (CefRefPtr<CefLoadHandler> load =
+          client ? client->GetLoadHandler() : nullptr) {
+    load->OnLoadingStateChange(browser_, loading, can_go_back, can_go_forward);
+  }
+}
+
+void PageEvents::OnNavigateReply(const QJsonObject& params) {
+  const QJsonObject result = Obj(params, "result");
+  const QJsonObject error = Obj(params, "error");
+  const QString url = Str(params, "url");
+  const QString frame_id = Str(params, "frameId");
+  QString error_text = Str(result, "errorText");
+  if (!error.isEmpty()) {
+    const QString message = Str(error, "message");
+    if (!message.contains(QLatin1String("invalid URL"), Qt::CaseInsensitive)) {
+      if (browser_->IsValid()) {
+        LOG(WARNING) << "Navigation to " << url.toStdString()
+                     << " failed: " << message.toStdString();
+      }
+      return;
+    }
+    error_text = QStringLiteral("net::ERR_INVALID_URL");
+  }
+  if (!error_text.isEmpty()) {
+    expected_transition_.reset();
+    ReportLoadError(frame_id, error_text, url, Str(result, "loaderId"));
+  }
+}
+
+void PageEvents::OnLoadingFailed(const QJsonObject& params) {
+  const QString request_id = Str(params, "requestId");
+  auto request = document_requests_.find(request_id);
+  if (request == document_requests_.end()) {
+    return;
+  }
+  const auto [frame_id, url] = request->second;
+  document_requests_.erase(request);
+  // A document's request id is its loader id.
+  ReportLoadError(frame_id, Str(params, "errorText"), url, request_id);
+}
+
+void PageEvents::ReportLoadError(const QString& frame_id,
+                                 const QString& error_text,
+                                 const QString& url,
+                                 const QString& loader_id) {
+  if (!loader_id.isEmpty() && !reported_loaders_.insert(loader_id).second) {
+    return;
+  }
+  CefRefPtr<FrameImpl> frame = browser_->FindFrame(
+      frame_id.isEmpty() ? browser_->target_id() : frame_id);
+  CefRefPtr<CefClient> client = browser_->client();
+  CefRefPtr<CefLoadHandler> load = client ? client->GetLoadHandler() : nullptr;
+  if (!frame || !load) {
+    return;
+  }
+  const NetError error = NetErrorFromText(error_text);
+  load->OnLoadError(browser_, frame.get(), error.code, error.name, Cef(url));
+}
+
+QString PageEvents::SourceOfContext(int context_id) const {
+  for (const auto& [frame_id, id] : contexts_) {
+    if (id == context_id) {
+      if (CefRefPtr<FrameImpl> frame = browser_->FindFrame(frame_id)) {
+        return QString::fromStdString(frame->GetURL().ToString());
+      }
+    }
+  }
+  CefRefPtr<FrameImpl> main = browser_->FindFrame(browser_->target_id());
+  return main ? QString::fromStdString(main->GetURL().ToString()) : QString();
+}
+
+void PageEvents::OnConsoleApiCalled(const QJsonObject& params) {
+  const QJsonArray frames =
+      Obj(params, "stackTrace").value(QLatin1String("callFrames")).toArray();
+  const QJsonObject top = frames.isEmpty() ? QJsonObject() : frames[0].toObject();
+  QString source = Str(top, "url");
+  if (source.isEmpty()) {
+    source = SourceOfContext(
+        params.value(QLatin1String("executionContextId")).toInt());
+  }
+  const int line =
+      frames.isEmpty() ? 0 : top.value(QLatin1String("lineNumber")).toInt() + 1;
+  ReportConsole(ConsoleLevel(Str(params, "type")),
+                ConsoleText(params.value(QLatin1String("args")).toArray()),
+                source, line);
+}
+
+void PageEvents::OnException(const QJsonObject& params) {
+  const QJsonObject details = Obj(params, "exceptionDetails");
+  const QJsonObject exception = Obj(details, "exception");
+  QString message = Str(details, "text");
+  QString what = Str(exception, "description").section('\n', 0, 0);
+  if (what.isEmpty() && !exception.isEmpty()) {
+    what = RemoteObjectText(exception);
+  }
+  if (!what.isEmpty()) {
+    message += ' ' + what;
+  }
+  QString source = Str(details, "url");
+  if (source.isEmpty()) {
+    source = SourceOfContext(
+        details.value(QLatin1String("executionContextId")).toInt());
+  }
+  ReportConsole(LOGSEVERITY_ERROR, message.trimmed(), source,
+                details.value(QLatin1String("lineNumber")).toInt() + 1);
+}
+
+void PageEvents::OnLogEntry(const QJsonObject& params) {
+  const QJsonObject entry = Obj(params, "entry");
+  const QJsonValue line = entry.value(QLatin1String("lineNumber"));
+  ReportConsole(ConsoleLevel(Str(entry, "level")), Str(entry, "text"),
+                Str(entry, "url"), line.isUndefined() ? 0 : line.toInt() + 1);
+}
+
+void PageEvents::ReportConsole(cef_log_severity_t level,
+                               const QString& message,
+                               const QString& source,
+                               int line) {
+  CefRefPtr<CefClient> client = browser_->client();
+  if (CefRefPtr<CefDisplayHandler> display =
+          client ? client->GetDisplayHandler() : nullptr) {
+    display->OnConsoleMessage(browser_, level, Cef(message), Cef(source), line);
+  }
+}
+
+void PageEvents::OnTitle(const QString& page_title) {
+  // The blank page a browser starts on has no title worth telling.
+  if (!has_committed_) {
+    return;
+  }
+  // An empty title shows the address, as Chromium does.
+  QString title = page_title;
+  if (title.isEmpty()) {
+    if (CefRefPtr<FrameImpl> main = browser_->FindFrame(browser_->target_id())) {
+      title = QString::fromStdString(main->GetURL().ToString());
+    }
+  }
+  if (title == title_) {
+    return;
+  }
+  title_ = title;
+  CefRefPtr<CefClient> client = browser_->client();
+  if (CefRefPtr<CefDisplayHandler> display =
+          client ? client->GetDisplayHandler() : nullptr) {
+    display->OnTitleChange(browser_, Cef(title));
+  }
+}
+
+void PageEvents::OnCrashed(const QJsonObject& params) {
+  if (crashed_) {
+    return;
+  }
+  crashed_ = true;
+  QString status = Str(params, "status");
+  if (status.isEmpty()) {
+    status = QStringLiteral("crashed");
+  }
+  CefRefPtr<CefClient> client = browser_->client();
+  if (CefRefPtr<CefRequestHandler> request =
+          client ? client->GetRequestHandler() : nullptr) {
+    request->OnRenderProcessTerminated(
+        browser_, TerminationFromProtocol(status),
+        params.value(QLatin1String("errorCode")).toInt(),
+        Cef(QStringLiteral("renderer ") + status));
+  }
+  loading_frames_.clear();
+  if (loading_) {
+    UpdateLoading(false);
+  }
+}
+
+void PageEvents::OnPopupAttached(const QJsonObject& params) {
+  const QString session_id = Str(params, "sessionId");
+  const QJsonObject info = Obj(params, "targetInfo");
+  const QString target_id = Str(info, "targetId");
+  QJsonObject open;
+  if (!window_opens_.empty()) {
+    open = window_opens_.front();
+    window_opens_.pop_front();
+  }
+  const QString url =
+      open.contains(QLatin1String("url")) ? Str(open, "url") : Str(info, "url");
+  QString name = Str(open, "windowName");
+  if (name == QLatin1String("_blank")) {
+    name.clear();
+  }
+  const CefPopupFeatures features =
+      PopupFeatures(open.value(QLatin1String("windowFeatures")).toArray());
+  const cef_window_open_disposition_t disposition =
+      features.isPopup ? CEF_WOD_NEW_POPUP : CEF_WOD_NEW_FOREGROUND_TAB;
+
+  CefRefPtr<FrameImpl> frame = browser_->FindFrame(Str(info, "openerFrameId"));
+  if (!frame) {
+    frame = browser_->FindFrame(browser_->target_id());
+  }
+  BrowserImpl::CreateParams popup;
+  popup.client = browser_->client();
+  popup.request_context = browser_->request_context_;
+  popup.settings = browser_->settings_;
+  popup.is_popup = true;
+  popup.popup_size = CefSize(features.widthSet ? features.width : 0,
+                             features.heightSet ? features.height : 0);
+  CefWindowInfo window_info;
+  bool no_javascript_access = false;
+  bool cancel = false;
+  CefRefPtr<CefLifeSpanHandler> life_span =
+      popup.client ? popup.client->GetLifeSpanHandler() : nullptr;
+  if (life_span && frame) {
+    cancel = life_span->OnBeforePopup(
+        browser_, frame.get(), Cef(url), Cef(name), disposition,
+        open.value(QLatin1String("userGesture")).toBool(), features,
+        window_info, popup.client, popup.settings, popup.extra_info,
+        &no_javascript_access);
+  }
+  if (cancel || !popup.client || !browser_->IsValid()) {
+    if (std::shared_ptr<DevToolsSession> session =
+            browser_->chromium_->session()) {
+      session->sendCommand(QStringLiteral("Target.closeTarget"),
+                           QJsonObject{{"targetId", target_id}}, QString(), {});
+    }
+    return;
+  }
+  BrowserImpl::CreatePopup(browser_, std::move(popup), target_id, session_id);
+}
+
+}  // namespace cefengine

@@ -1,0 +1,111 @@
+// Turns one page's protocol events into CEF's handler calls, in order: load
+// state, frames, addresses, titles, console messages, popups, crashes.
+
+#ifndef CEF_LIBCEF_BROWSER_PAGE_EVENTS_H_
+#define CEF_LIBCEF_BROWSER_PAGE_EVENTS_H_
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <optional>
+#include <set>
+#include <utility>
+
+#include <QJsonObject>
+#include <QString>
+
+#include "include/internal/cef_types.h"
+
+namespace cefengine {
+
+class BrowserImpl;
+
+// Engine UI thread only. Owned by its browser.
+class PageEvents {
+ public:
+  // The binding the title watcher reports through.
+  static constexpr char kTitleBinding[] = "__broviaTitle";
+  // A script for every new document that reports the main frame's title
+  // whenever it changes.
+  static QString TitleWatcherScript();
+
+  explicit PageEvents(BrowserImpl* browser);
+  PageEvents(const PageEvents&) = delete;
+  PageEvents& operator=(const PageEvents&) = delete;
+
+  // One event of the page's session or about its target, in arrival order;
+  // also the engine's own "Brovia.navigated" {url, frameId, result, error}
+  // for Page.navigate replies.
+  void Push(const QString& method, const QJsonObject& params);
+
+  // The next main-frame document comes from the browser's own request.
+  void ExpectTransition(cef_transition_type_t type);
+
+  // The default script context of a frame; 0 when none is known.
+  int ContextFor(const QString& frame_id) const;
+
+  // Forgets queued events: the browser closed.
+  void Clear();
+
+ private:
+  struct Commit {
+    QString loader_id;
+    bool error_page = false;
+    bool ended = false;
+  };
+
+  void Drain();
+  void Handle(const QString& method, const QJsonObject& params);
+  // Holds back later events until |method| answered and |then| ran.
+  void Await(const QString& method,
+             const QJsonObject& params,
+             std::function<void(const QJsonObject& result)> then);
+  // Asks for the history, then runs |then|.
+  void RefreshHistory(std::function<void()> then);
+
+  void OnFrameNavigated(const QJsonObject& params);
+  void OnSameDocumentNavigation(const QJsonObject& params);
+  void OnFrameStartedLoading(const QString& frame_id);
+  void OnFrameStoppedLoading(const QString& frame_id);
+  void OnFrameDetached(const QString& frame_id);
+  void OnNavigateReply(const QJsonObject& params);
+  void OnLoadingFailed(const QJsonObject& params);
+  void ReportLoadError(const QString& frame_id,
+                       const QString& error_text,
+                       const QString& url,
+                       const QString& loader_id);
+  void OnConsoleApiCalled(const QJsonObject& params);
+  void OnException(const QJsonObject& params);
+  void OnLogEntry(const QJsonObject& params);
+  void ReportConsole(cef_log_severity_t level,
+                     const QString& message,
+                     const QString& source,
+                     int line);
+  void OnTitle(const QString& page_title);
+  void OnCrashed(const QJsonObject& params);
+  void OnPopupAttached(const QJsonObject& params);
+  void UpdateLoading(bool loading);
+  QString SourceOfContext(int context_id) const;
+
+  BrowserImpl* const browser_;
+  std::deque<std::pair<QString, QJsonObject>> queue_;
+  bool waiting_ = false;
+  bool draining_ = false;
+
+  std::set<QString> loading_frames_;
+  bool loading_ = false;
+  std::map<QString, Commit> commits_;                   // by frame
+  std::map<QString, int> status_by_loader_;             // http(s) documents
+  std::map<QString, std::pair<QString, QString>> document_requests_;
+  std::set<QString> reported_loaders_;                  // errors told once
+  std::map<QString, int> contexts_;                     // frame -> context
+  std::deque<QJsonObject> window_opens_;                // Page.windowOpen
+  std::optional<cef_transition_type_t> expected_transition_;
+  bool has_committed_ = false;
+  bool crashed_ = false;
+  QString title_;
+};
+
+}  // namespace cefengine
+
+#endif  // CEF_LIBCEF_BROWSER_PAGE_EVENTS_H_

@@ -1,0 +1,120 @@
+#include "libcef/osr/screencast_source.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "libcef/osr/dirty_rects.h"
+
+namespace cefengine {
+
+ScreencastSource::ScreencastSource(DevToolsSession* session,
+                                   QString sessionId,
+                                   Post post,
+                                   Sink sink)
+    : session_(session),
+      session_id_(std::move(sessionId)),
+      post_(std::move(post)),
+      sink_(std::move(sink)),
+      self_(std::make_shared<ScreencastSource*>(this)) {
+  std::weak_ptr<ScreencastSource*> weak = self_;
+  decoder_ = std::make_unique<FrameDecoder>([weak, post = post_](
+                                                FrameDecoder::Frame frame) {
+    // Decoder thread: hand the frame over to the owner's thread.
+    post([weak, frame = std::move(frame)]() mutable {
+      if (auto self = weak.lock())
+        (*self)->Deliver(std::move(frame));
+    });
+  });
+  subscription_ = session_->subscribe(
+      session_id_, [weak](const QString& method, const QJsonObject& params,
+                          const QString&) {
+        if (auto self = weak.lock())
+          (*self)->OnEvent(method, params);
+      });
+}
+
+ScreencastSource::~ScreencastSource() {
+  session_->unsubscribe(subscription_);
+}
+
+void ScreencastSource::Start() {
+  if (running_)
+    return;
+  running_ = true;
+  decoder_->Reset();
+  SendStart();
+}
+
+void ScreencastSource::Stop() {
+  if (!running_)
+    return;
+  running_ = false;
+  session_->sendCommand("Page.stopScreencast", {}, session_id_, {});
+}
+
+void ScreencastSource::SendStart() {
+  frame_since_start_ = false;
+  session_->sendCommand("Page.startScreencast",
+                        {{"format", "png"},
+                         {"everyNthFrame", 1},
+                         {"maxWidth", kMaxFrameSide},
+                         {"maxHeight", kMaxFrameSide}},
+                        session_id_, {});
+}
+
+void ScreencastSource::Invalidate() {
+  if (!running_ || decoder_->RequestFullFrame() || last_frame_.isNull())
+    return;
+  ++delivered_;
+  sink_(last_frame_, {DirtyRects::Whole(last_frame_)});
+}
+
+void ScreencastSource::SetFrameRate(int framesPerSecond) {
+  const int rate = std::clamp(framesPerSecond, 1, 60);
+  decoder_->SetMinInterval(rate >= 60 ? std::chrono::microseconds(0)
+                                      : std::chrono::microseconds(
+                                            1000000 / rate));
+}
+
+ScreencastSource::Stats ScreencastSource::stats() const {
+  Stats stats;
+  stats.produced = produced_;
+  stats.delivered = delivered_;
+  stats.decoder = decoder_->stats();
+  return stats;
+}
+
+void ScreencastSource::OnEvent(const QString& method,
+                               const QJsonObject& params) {
+  if (method == QLatin1String("Page.screencastFrame")) {
+    ++produced_;
+    // Acknowledged before anything else: Chromium sends the next frame only
+    // after this.
+    session_->sendCommand("Page.screencastFrameAck",
+                          {{"sessionId", params.value("sessionId")}},
+                          session_id_, {});
+    if (!running_)
+      return;
+    frame_since_start_ = true;
+    decoder_->Submit(params.value("data").toString());
+  } else if (method == QLatin1String("Page.loadEventFired")) {
+    // A screencast started just as a navigation began may stay silent for
+    // good; starting it again wakes it.
+    if (running_ && !frame_since_start_) {
+      session_->sendCommand("Page.stopScreencast", {}, session_id_, {});
+      SendStart();
+    }
+  }
+}
+
+void ScreencastSource::Deliver(FrameDecoder::Frame frame) {
+  // Frames decoded while stopped are dropped; Start() makes the next whole.
+  if (!running_)
+    return;
+  last_frame_ = std::move(frame.image);
+  ++delivered_;
+  sink_(last_frame_, frame.dirtyRects);
+}
+
+}  // namespace cefengine

@@ -1,0 +1,583 @@
+#include "view/qcef_view_impl.h"
+
+#include "client/browser_client.h"
+#include "engine/cef_manager.h"
+#include "handlers/torvex_scheme_handler_factory.h"
+#include "host/cef_common/allow_list.h"
+#include "host/cef_common/cef_common_data.h"
+#include "host/fl/basic_ofstream.h"
+#include "host/fl/codecvt_ustring_to_string.h"
+#include "host/fl/native_access_form.h"
+#include "host/instrument/instrument.h"
+#include "host/view_support/conversions.h"
+#include "host/view_support/text_edit_done_event.h"
+#include "render/render_handler.h"
+#include "view/qcef_window.h"
+
+#include "include/cef_browser.h"
+#include "include/cef_app.h"
+#include "include/cef_request_context.h"
+#include "include/cef_request_context_handler.h"
+#include "include/cef_task.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QTemporaryFile>
+#include <QThread>
+
+#include <string>
+
+namespace
+{
+const std::string blankUrl = "about:blank";
+// The https origin of the loopback host, kept for hosts that build allow-list patterns from it.
+[[maybe_unused]] const std::string loopbackOrigin = "https://127.0.0.1";
+
+// The flag of the navigation bit field that adds every site the host navigates to the allow list.
+constexpr int AddHostToAllowList = 8;
+
+// How long, and how often, the first load waits for the engine to report the new browser.
+constexpr qint64 kBrowserWaitMs = 29999;
+constexpr unsigned long kBrowserPollMs = 10;
+
+// Dims a disabled view when the paint flag asks for it.
+const QColor kDimming(150, 150, 150, 80);
+} // namespace
+
+QCefViewImpl::QCefViewImpl(QWidget* parent, const QCefViewSettings& settings)
+    : IQCefViewImpl(parent, settings)
+    , m_renderingMode(settings.renderingMode)
+    , m_keyboardMode(settings.keyboardMode)
+    , m_cachePath(settings.cachePath)
+{
+    setAttribute(Qt::WA_InputMethodEnabled, true);
+    setAcceptDrops(true);
+}
+
+QCefViewImpl::~QCefViewImpl()
+{
+    if (m_window)
+    {
+        m_window->setParent(nullptr);
+        m_window->deleteLater();
+    }
+    if (m_client)
+    {
+        // Leave the manager's list first, so that a shutdown running afterwards can't reach a
+        // dying client.
+        CCefManager::getInstance().removeBrowserClient(m_client.get());
+        m_client->cleanup();
+        m_client = nullptr;
+    }
+    for (const QString& file : m_tempHtmlFiles)
+        QFile(file).remove();
+}
+
+// --- browser creation and wiring -----------------------------------------------------------------
+
+void QCefViewImpl::initializeBrowserClient(const QUrl& url)
+{
+    BROVIA_INSTRUMENT_CONTEXT("initializeBrowserClient", "url", url.toString().toStdString());
+
+    CefWindowInfo windowInfo;
+    if (m_renderingMode != 2)
+    {
+        windowInfo.windowless_rendering_enabled = 1;
+        windowInfo.runtime_style = CEF_RUNTIME_STYLE_ALLOY;
+    }
+
+    CefBrowserSettings browserSettings;
+    browserSettings.windowless_frame_rate = 60;
+    browserSettings.javascript = STATE_ENABLED;
+    browserSettings.webgl = STATE_ENABLED;
+    const cef_state_t clipboard = static_cast<cef_state_t>(2 - static_cast<int>(m_clipboardAccessEnabled));
+    browserSettings.javascript_access_clipboard = clipboard;
+    browserSettings.javascript_dom_paste = clipboard;
+
+    const CefString cachePath = QDir::isRelativePath(m_cachePath) ? CCefManager::getInstance().cachePath(m_cachePath)
+                                                                  : Conversions::convertString(m_cachePath);
+    CefRequestContextSettings contextSettings;
+    CefString(&contextSettings.cache_path) = cachePath;
+    const CefString languages = cef_common::CefCommonData::getInstance()->acceptedLanguageList();
+    if (!languages.empty())
+        CefString(&contextSettings.accept_language_list) = languages;
+
+    CefRefPtr<CefRequestContext> context = CefRequestContext::CreateContext(contextSettings, nullptr);
+    if (!context)
+        return;
+    context->RegisterSchemeHandlerFactory("torvex", "", new TorvexSchemeHandlerFactory());
+
+    m_client = new BrowserClient(this);
+    CCefManager::getInstance().addBrowserClient(m_client.get());
+    connectBrowserClient();
+
+    const CefString startUrl = url.isValid() ? Conversions::convertString(url.toString()) : CefString(blankUrl);
+    if (!CefBrowserHost::CreateBrowser(windowInfo, m_client, startUrl, browserSettings, nullptr, context))
+        return;
+
+    // Blocks the Qt main thread until the engine UI thread reports the browser, for at most 30 s.
+    // Signals raised meanwhile stay queued until the event loop runs again.
+    QElapsedTimer clock;
+    clock.start();
+    while (clock.elapsed() <= kBrowserWaitMs)
+    {
+        QThread::msleep(kBrowserPollMs);
+        if (m_client->GetBrowser())
+            break;
+    }
+}
+
+void QCefViewImpl::connectBrowserClient()
+{
+    if (!m_client)
+        return;
+    BrowserClient* client = m_client.get();
+    connect(client, &BrowserClient::loadStarted, this, &IQCefViewImpl::loadStarted);
+    connect(client, &BrowserClient::loadFinished, this, &IQCefViewImpl::loadFinished);
+    connect(client, &BrowserClient::loadStateChanged, this, &IQCefViewImpl::loadStateChanged);
+    connect(client, &BrowserClient::titleChanged, this, &IQCefViewImpl::titleChanged);
+    connect(client, &BrowserClient::urlChanged, this, &QCefViewImpl::onUrlChanged);
+    connect(client, &BrowserClient::linkClicked, this, &IQCefViewImpl::linkClicked);
+    connect(client, &BrowserClient::renderProcessTerminated, this, &IQCefViewImpl::renderProcessTerminated);
+    connect(client, &BrowserClient::javaScriptConsoleMessage, this, &IQCefViewImpl::javaScriptConsoleMessage);
+    connect(client, &BrowserClient::viewUpdated, this, &QCefViewImpl::onViewUpdated);
+    connect(client, &BrowserClient::cursorChanged, this, &QCefViewImpl::onCursorChanged);
+    connect(client, &BrowserClient::imeRectChanged, this, &QCefViewImpl::onImeRectChanged);
+    connect(client, &BrowserClient::dpiChanged, this, &QCefViewImpl::onDpiChanged);
+    connect(client, &BrowserClient::tooltipChanged, this, &QCefViewImpl::onTooltipChanged);
+}
+
+CefRefPtr<CefBrowserHost> QCefViewImpl::browserHost() const
+{
+    if (!m_client)
+        return nullptr;
+    CefRefPtr<CefBrowser> browser = m_client->GetBrowser();
+    return browser ? browser->GetHost() : nullptr;
+}
+
+bool QCefViewImpl::event(QEvent* e)
+{
+    if (!m_eventsEnabled)
+        return false;
+    if (e->type() == QEvent::KeyPress)
+    {
+        // Key presses never reach QWidget::event, so that no shortcut handling takes them.
+        keyPressEvent(static_cast<QKeyEvent*>(e));
+        return true;
+    }
+    if (e->type() == Ivorn::TextEditDoneEventType())
+    {
+        Q_EMIT focusChanged(false, Qt::OtherFocusReason);
+        return true;
+    }
+    m_clickCounter.update(e);
+    return QWidget::event(e);
+}
+
+// --- navigation --------------------------------------------------------------------------------------
+
+void QCefViewImpl::load(const QUrl& url)
+{
+    if (!m_client)
+    {
+        initializeBrowserClient(url);
+        return;
+    }
+    CefRefPtr<CefBrowser> browser = m_client->GetBrowser();
+    // A load while the browser is still being made is dropped, not kept for later.
+    if (!browser)
+        return;
+    const CefString target = Conversions::convertString(url.toString());
+    if (m_navigationFlags & AddHostToAllowList)
+    {
+        const std::string utf8 = target.ToString();
+        if (!cef_common::isURLAllowed(utf8, false))
+        {
+            QString host = url.host(QUrl::FullyDecoded);
+            if (host.startsWith(QLatin1String("www.")))
+                host = host.mid(4);
+            // Any subdomain and port of the site; the dots of the host match any character.
+            const QString pattern = url.scheme() + QStringLiteral("://") + QStringLiteral("([\\w-]*.)?") + host +
+                                    QStringLiteral("(:\\d{1,5})?/");
+            cef_common::addHostsToAllowList({pattern.toStdString()});
+        }
+    }
+    browser->GetMainFrame()->LoadURL(target);
+}
+
+void QCefViewImpl::setUrl(const QUrl& url)
+{
+    load(url);
+}
+
+void QCefViewImpl::setHtml(const QString& html)
+{
+    // Only the unique name of the temporary file is used: the file itself goes with the object.
+    QString path;
+    {
+        QTemporaryFile reserve(QDir::tempPath() + QDir::separator() + QStringLiteral("XXXXXX.html"));
+        reserve.setAutoRemove(true);
+        reserve.open();
+        path = reserve.fileName();
+    }
+    fl::filesystem::basic_ofstream<char> stream(path.toStdU16String(), std::ios_base::out);
+    const fl::i18n::codecvt_ustring_to_string toUtf8("UTF-8", true);
+    stream << toUtf8.do_convert(reinterpret_cast<const char16_t*>(html.utf16()),
+                                static_cast<unsigned long>(html.size()))
+           << '\n';
+    stream.flush();
+    m_tempHtmlFiles.push_back(path);
+    load(QUrl::fromLocalFile(path));
+}
+
+QUrl QCefViewImpl::url() const
+{
+    if (!m_client)
+        return QUrl();
+    CefRefPtr<CefBrowser> browser = m_client->GetBrowser();
+    if (!browser)
+        return QUrl();
+    const QString text = Conversions::convertString(browser->GetMainFrame()->GetURL());
+    // Compares with the files' paths, not their URLs: a page of setHtml is returned as its file URL.
+    for (const QString& file : m_tempHtmlFiles)
+    {
+        if (text == file)
+            return QUrl();
+    }
+    return QUrl(text);
+}
+
+void QCefViewImpl::onUrlChanged(QUrl url)
+{
+    BROVIA_INSTRUMENT_CONTEXT("onUrlChanged", "url", url.toString().toStdString());
+    for (const QString& file : m_tempHtmlFiles)
+    {
+        if (QUrl(QUrl::fromLocalFile(file).toString()) == url)
+        {
+            Q_EMIT urlChanged(QUrl());
+            return;
+        }
+    }
+    Q_EMIT urlChanged(url);
+}
+
+bool QCefViewImpl::canGoBack() const
+{
+    return m_client && m_client->GetBrowser()->CanGoBack();
+}
+
+bool QCefViewImpl::canGoForward() const
+{
+    return m_client && m_client->GetBrowser()->CanGoForward();
+}
+
+void QCefViewImpl::back()
+{
+    if (m_client && m_client->GetBrowser()->CanGoBack())
+        m_client->GetBrowser()->GoBack();
+}
+
+void QCefViewImpl::forward()
+{
+    if (m_client && m_client->GetBrowser()->CanGoForward())
+        m_client->GetBrowser()->GoForward();
+}
+
+void QCefViewImpl::reload()
+{
+    if (!m_client)
+        return;
+    if (CefRefPtr<CefBrowser> browser = m_client->GetBrowser())
+        browser->Reload();
+}
+
+void QCefViewImpl::stop()
+{
+    if (!m_client)
+        return;
+    if (CefRefPtr<CefBrowser> browser = m_client->GetBrowser())
+        browser->StopLoad();
+}
+
+// --- painting and geometry ---------------------------------------------------------------------------
+
+void QCefViewImpl::onViewUpdated(QImage image, QVector<QRect> dirtyRects)
+{
+    BROVIA_INSTRUMENT("onViewUpdated");
+    if (!m_client || !m_client->GetBrowser())
+        return;
+    QImage frame = image;
+    // The sub-images point into the pixels of the frames: they go first.
+    m_pendingUpdates.clear();
+    m_repaintImages.clear();
+    if (m_dirtyRectHandlingDisabled)
+    {
+        m_repaintImages.push_back(frame);
+        update();
+        return;
+    }
+    for (const QRect& r : dirtyRects)
+    {
+        const qsizetype offset = static_cast<qsizetype>(r.y()) * frame.bytesPerLine() + (r.x() * frame.depth()) / 8;
+        // The first non-const bits() detaches the frame from the engine thread's copy: the
+        // frame's second and last deep copy.
+        uchar* bits = frame.bits();
+        m_pendingUpdates.emplace_back(r, QImage(bits + offset, r.width(), r.height(), frame.bytesPerLine(),
+                                                frame.format()));
+        update(r);
+    }
+    m_repaintImages.push_back(frame);
+}
+
+void QCefViewImpl::paintEvent(QPaintEvent* event)
+{
+    BROVIA_INSTRUMENT("paintEvent");
+    QPainter painter(this);
+    if (m_dirtyRectHandlingDisabled)
+    {
+        if (!m_repaintImages.empty())
+            painter.drawImage(0, 0, m_repaintImages.back());
+    }
+    else
+    {
+        bool drawn = false;
+        for (const auto& pending : m_pendingUpdates)
+        {
+            if (pending.first == event->rect())
+            {
+                painter.drawImage(event->rect().topLeft(), pending.second);
+                drawn = true;
+                break;
+            }
+        }
+        // A merged or Qt-raised paint draws the whole frame; the painter clips it to the region.
+        if (!drawn && !m_repaintImages.empty())
+            painter.drawImage(0, 0, m_repaintImages.back());
+    }
+    if (m_paintFlag && !isEnabled())
+        painter.fillRect(rect(), kDimming);
+}
+
+void QCefViewImpl::resizeEvent(QResizeEvent* event)
+{
+    BROVIA_INSTRUMENT("resizeEvent");
+    if (CefRefPtr<CefBrowserHost> host = browserHost())
+    {
+        host->NotifyMoveOrResizeStarted();
+        host->WasResized();
+    }
+    QWidget::resizeEvent(event);
+}
+
+void QCefViewImpl::showEvent(QShowEvent* event)
+{
+    BROVIA_INSTRUMENT("showEvent");
+    if (CefRefPtr<CefBrowserHost> host = browserHost())
+        host->WasHidden(false);
+    QWidget::showEvent(event);
+}
+
+void QCefViewImpl::hideEvent(QHideEvent* event)
+{
+    // The browser keeps painting while hidden: it is never told.
+    QWidget::hideEvent(event);
+}
+
+void QCefViewImpl::onDpiChanged(float)
+{
+    BROVIA_INSTRUMENT("onDpiChanged");
+    if (CefRefPtr<CefBrowserHost> host = browserHost())
+    {
+        host->NotifyScreenInfoChanged();
+        host->WasResized();
+    }
+}
+
+void QCefViewImpl::onCursorChanged(QCursor cursor)
+{
+    BROVIA_INSTRUMENT("onCursorChanged");
+    setCursor(cursor);
+}
+
+void QCefViewImpl::onTooltipChanged(QString text)
+{
+    BROVIA_INSTRUMENT("onTooltipChanged");
+    setToolTip(text);
+}
+
+void QCefViewImpl::onImeRectChanged(QRect rect)
+{
+    BROVIA_INSTRUMENT("onImeRectChanged");
+    m_imeRect = rect;
+    if (QInputMethod* inputMethod = QGuiApplication::inputMethod())
+        inputMethod->update(Qt::ImCursorRectangle);
+}
+
+QVariant QCefViewImpl::inputMethodQuery(Qt::InputMethodQuery query) const
+{
+    if (query == Qt::ImCursorRectangle)
+        return QVariant(m_imeRect);
+    return QWidget::inputMethodQuery(query);
+}
+
+void QCefViewImpl::setViewPortMinimumSize(const QSize& size)
+{
+    BROVIA_INSTRUMENT("setViewPortMinimumSize");
+    CefRefPtr<CefBrowserHost> host = browserHost();
+    if (!host)
+        return;
+    setMinimumSize(size.width(), size.height());
+    host->NotifyMoveOrResizeStarted();
+    host->WasResized();
+}
+
+void QCefViewImpl::setViewPortMinimumSizeSync(const QSize& size)
+{
+    BROVIA_INSTRUMENT("setViewPortMinimumSizeSync");
+    CefRefPtr<CefBrowserHost> host = browserHost();
+    if (!host)
+        return;
+    setMinimumSize(size.width(), size.height());
+    host->NotifyMoveOrResizeStarted();
+    host->WasResized();
+    // Spins without limit and without Qt events until a frame of at least that size is painted:
+    // the caller promises that one comes.
+    for (;;)
+    {
+        if (CefCurrentlyOn(TID_UI))
+            CefDoMessageLoopWork();
+        const QSize rendered = m_client->renderHandler()->GetRenderedImageSize();
+        if (rendered.width() >= size.width() && rendered.height() >= size.height())
+            break;
+    }
+}
+
+QSize QCefViewImpl::getRenderedImageSize() const
+{
+    BROVIA_INSTRUMENT("getRenderedImageSize");
+    if (m_client && m_client->GetBrowser())
+        return m_client->renderHandler()->GetRenderedImageSize();
+    return QSize(-1, -1);
+}
+
+void QCefViewImpl::setDirtyRectHandlingDisabled(bool disabled)
+{
+    m_dirtyRectHandlingDisabled = disabled;
+    if (m_client && m_client->GetBrowser())
+        m_client->DisableDirtyRectHandling(disabled);
+}
+
+void QCefViewImpl::setPaintFlag(bool enabled)
+{
+    m_paintFlag = enabled;
+}
+
+// --- settings -----------------------------------------------------------------------------------------
+
+void QCefViewImpl::setClipboardAccessEnabled(bool enabled)
+{
+    m_clipboardAccessEnabled = enabled;
+}
+
+void QCefViewImpl::setStoredFlag(bool value)
+{
+    m_storedFlag = value;
+}
+
+void QCefViewImpl::setNavigationFlags(int flags)
+{
+    m_navigationFlags = flags;
+}
+
+void QCefViewImpl::setKeyboardFlag(int value)
+{
+    m_keyboardFlag = value;
+}
+
+void QCefViewImpl::setCachePath(const QString& path)
+{
+    m_cachePath = path;
+}
+
+void QCefViewImpl::setPrintDialogEnabled(bool enabled)
+{
+    m_printDialogEnabled = enabled;
+}
+
+QString QCefViewImpl::cachePath()
+{
+    // The engine's cache root, not this view's own path.
+    return Conversions::convertString(CCefManager::getInstance().cachePath(QString()));
+}
+
+void QCefViewImpl::disableEvents()
+{
+    m_eventsEnabled = false;
+}
+
+// --- page access that later parts of the view provide ------------------------------------------------
+
+QString QCefViewImpl::html()
+{
+    return QString();
+}
+
+void QCefViewImpl::setZoomLevel(double)
+{
+}
+
+double QCefViewImpl::zoomLevel()
+{
+    return 0.0;
+}
+
+void QCefViewImpl::runJavaScript(const QString&, std::function<void(const QVariant&)>)
+{
+}
+
+QVariant QCefViewImpl::runJavaScriptSync(const QString&, std::chrono::milliseconds)
+{
+    return QVariant();
+}
+
+void QCefViewImpl::repaintSync(std::chrono::milliseconds)
+{
+}
+
+QImage QCefViewImpl::repaintSync2(int, int, int, const QRect&, bool, std::chrono::milliseconds)
+{
+    return QImage();
+}
+
+void QCefViewImpl::showDevTools()
+{
+}
+
+void QCefViewImpl::clearBrowsingData()
+{
+}
+
+void QCefViewImpl::setContextMenuEnabled(bool)
+{
+}
+
+void QCefViewImpl::setInspectEnabled(bool)
+{
+}
+
+void QCefViewImpl::find(int, const QString&, bool, bool, bool)
+{
+}
+
+void QCefViewImpl::setJSDialogHandledByHost(bool)
+{
+}
+
+void QCefViewImpl::continueJSDialog(bool, const QString&)
+{
+}
