@@ -43,21 +43,6 @@ class FrameDecoderTest : public testing::Test {
 
 }  // namespace
 
-TEST_F(FrameDecoderTest, DecodesToPremultipliedBgraBytes) {
-  QImage opaque = solid(3, 2, qRgb(0x12, 0x34, 0x56));
-  const QImage fromRgb = FrameDecoder::DecodePng(QByteArray::fromBase64(pngBase64(opaque).toLatin1()));
-  ASSERT_EQ(fromRgb.format(), QImage::Format_ARGB32_Premultiplied);
-  EXPECT_EQ(QByteArray(reinterpret_cast<const char*>(fromRgb.constScanLine(1)) + 8, 4), QByteArray("\x56\x34\x12\xff", 4));
-
-  // A translucent page background comes as RGBA and must be premultiplied.
-  const QImage translucent = solid(2, 2, qRgba(200, 100, 50, 128), QImage::Format_ARGB32);
-  const QImage fromRgba = FrameDecoder::DecodePng(QByteArray::fromBase64(pngBase64(translucent).toLatin1()));
-  ASSERT_EQ(fromRgba.format(), QImage::Format_ARGB32_Premultiplied);
-  EXPECT_EQ(fromRgba.pixel(1, 1), qPremultiply(qRgba(200, 100, 50, 128)));
-
-  EXPECT_TRUE(FrameDecoder::DecodePng("not a png").isNull());
-}
-
 TEST_F(FrameDecoderTest, UnchangedFramesAreDroppedAndWholeFramesOnRequest) {
   const QString red = pngBase64(solid(70, 10, qRgb(255, 0, 0)));
   decoder_.Submit(red);

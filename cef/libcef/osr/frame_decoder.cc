@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include <QBuffer>
-#include <QImageReader>
 #include <pthread.h>
 
 #include "libcef/osr/dirty_rects.h"
@@ -64,29 +62,6 @@ FrameDecoder::Stats FrameDecoder::stats() const {
   return stats_;
 }
 
-QImage FrameDecoder::DecodePng(const QByteArray& png) {
-  QBuffer buffer;
-  buffer.setData(png);
-  QImageReader reader(&buffer, "png");
-  // Pixels exactly as Chromium gave them: no gamma, no orientation.
-  reader.setAutoTransform(false);
-  QImage image;
-  if (!reader.read(&image))
-    return QImage();
-  switch (image.format()) {
-    case QImage::Format_ARGB32_Premultiplied:
-      break;
-    case QImage::Format_RGB32:
-      // The same bytes with alpha 0xff: no copy needed.
-      image.reinterpretAsFormat(QImage::Format_ARGB32_Premultiplied);
-      break;
-    default:
-      image.convertTo(QImage::Format_ARGB32_Premultiplied);
-      break;
-  }
-  return image;
-}
-
 void FrameDecoder::Main() {
   pthread_setname_np(pthread_self(), "CefOsrDecode");
   std::unique_lock<std::mutex> lock(mutex_);
@@ -106,7 +81,7 @@ void FrameDecoder::Main() {
     decoding_ = true;
     lock.unlock();
 
-    QImage image = DecodePng(QByteArray::fromBase64(data.toLatin1()));
+    QImage image = png_.Decode(QByteArray::fromBase64(data.toLatin1()));
 
     lock.lock();
     decoding_ = false;

@@ -19,6 +19,7 @@
 #include <QString>
 
 #include "include/internal/cef_types_wrappers.h"
+#include "libcef/osr/png_decoder.h"
 
 namespace cefengine {
 
@@ -71,10 +72,6 @@ class FrameDecoder {
 
   Stats stats() const;
 
-  // PNG bytes to a Format_ARGB32_Premultiplied image; null if unreadable.
-  // Any thread.
-  static QImage DecodePng(const QByteArray& png);
-
  private:
   using Clock = std::chrono::steady_clock;
 
@@ -93,8 +90,9 @@ class FrameDecoder {
   Clock::time_point nextOutput_{};
   Stats stats_;
 
-  // Decoder thread only: the last frame output, what the next is compared
-  // with.
+  // Decoder thread only.
+  PngDecoder png_;
+  // The last frame output, what the next is compared with.
   QImage previous_;
 
   std::thread thread_;

@@ -1,0 +1,69 @@
+#include "view_harness.h"
+
+#include "engine/global_service.h"
+#include "host/view_interface/qcef_view_settings.h"
+#include "view/view_impl_service.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QPixmap>
+#include <QUrl>
+
+void startEngine(float deviceScaleFactor)
+{
+    static bool started = false;
+    if (started)
+        return;
+    started = true;
+    QCefGlobalSettings settings;
+    settings.deviceScaleFactor = deviceScaleFactor;
+    QCefGlobalService::initialize(settings);
+    QCefGlobalService::startup();
+}
+
+std::unique_ptr<IQCefViewImpl> makeView(int width, int height)
+{
+    std::unique_ptr<IQCefViewImpl> view(QCefViewImplService::create(nullptr, QCefViewSettings()));
+    view->resize(width, height);
+    view->show();
+    return view;
+}
+
+bool waitUntil(const std::function<bool()>& done, int timeoutMs)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!done())
+    {
+        if (clock.elapsed() > timeoutMs)
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
+    return true;
+}
+
+QImage grabView(IQCefViewImpl* view)
+{
+    return view->grab().toImage().convertToFormat(QImage::Format_ARGB32);
+}
+
+bool waitForFrame(IQCefViewImpl* view, const std::function<bool(const QImage&)>& check, int timeoutMs)
+{
+    return waitUntil(
+        [&] {
+            if (view->getRenderedImageSize() != view->size())
+                return false;
+            return check(grabView(view));
+        },
+        timeoutMs);
+}
+
+bool sameColor(QRgb pixel, const QColor& expected)
+{
+    return qRed(pixel) == expected.red() && qGreen(pixel) == expected.green() && qBlue(pixel) == expected.blue();
+}
+
+QUrl htmlPage(const QString& html)
+{
+    return QUrl(QStringLiteral("data:text/html;charset=utf-8,") + QString::fromLatin1(QUrl::toPercentEncoding(html)));
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "host/view_interface/iqcef_view_impl.h"
+
+#include <QColor>
+#include <QImage>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+// Starts the engine for the views of this process, once, with the given device scale factor.
+void startEngine(float deviceScaleFactor = 1.0f);
+
+// A top-level view of the given size under the offscreen platform, shown.
+std::unique_ptr<IQCefViewImpl> makeView(int width, int height);
+
+// Runs the Qt event loop until `done` holds or `timeoutMs` passed; whether it held.
+bool waitUntil(const std::function<bool()>& done, int timeoutMs = 15000);
+
+// Waits until the view shows a frame of its own size in which `check` holds.
+bool waitForFrame(IQCefViewImpl* view, const std::function<bool(const QImage&)>& check, int timeoutMs = 15000);
+
+// The view as the screen shows it.
+QImage grabView(IQCefViewImpl* view);
+
+bool sameColor(QRgb pixel, const QColor& expected);
+
+// A page from inline HTML, as a data: URL.
+QUrl htmlPage(const QString& html);
