@@ -30,8 +30,10 @@ using Clock = std::chrono::steady_clock;
 
 namespace {
 
-// Every pixel changes every frame: the background colour cycles and forty boxes move.
+// Every pixel changes every frame: the background colour cycles and forty boxes move, unless
+// paused.
 const char kAnimatedPage[] = R"(<html><body style="margin:0;overflow:hidden"><script>
+let paused = false;
 const boxes = [];
 for (let i = 0; i < 40; i++) {
   const b = document.createElement('div');
@@ -39,9 +41,10 @@ for (let i = 0; i < 40; i++) {
   document.body.appendChild(b); boxes.push(b);
 }
 function step(t) {
+  requestAnimationFrame(step);
+  if (paused) return;
   document.body.style.background = 'rgb(' + (t / 4 % 256 | 0) + ',' + (t / 7 % 256 | 0) + ',120)';
   boxes.forEach((b, i) => { b.style.left = ((t / 3 + i * 97) % 1220) + 'px'; b.style.top = ((t / 5 + i * 53) % 660) + 'px'; });
-  requestAnimationFrame(step);
 }
 requestAnimationFrame(step);
 </script></body></html>)";
@@ -142,10 +145,9 @@ void onUiThread(std::function<void()> task) {
   done.get_future().wait();
 }
 
-Result run(float scale, std::chrono::seconds duration) {
+// |cache|: a context of its own, so that its Chromium runs at this browser's scale.
+Result run(float scale, const QTemporaryDir& cache, std::chrono::seconds duration) {
   Result result;
-  // A context of its own: its Chromium runs at this browser's scale.
-  QTemporaryDir cache;
   CefRequestContextSettings contextSettings;
   CefString(&contextSettings.cache_path) = cache.path().toStdString();
   CefRefPtr<BenchClient> client = new BenchClient(scale);
@@ -176,13 +178,21 @@ Result run(float scale, std::chrono::seconds duration) {
     });
   });
 
+  // The window opens and closes on a still page, so that no frame is on its way at either edge.
+  auto animate = [&](bool on) {
+    browser->GetMainFrame()->ExecuteJavaScript(on ? "paused = false" : "paused = true", "", 0);
+    if (!on) std::this_thread::sleep_for(500ms);
+  };
   std::this_thread::sleep_for(1s);  // warm up
+  animate(false);
   const uint64_t producedBefore = produced;
   const uint64_t paintedBefore = client->paints();
   const double cpuBefore = cpuSeconds();
   const Clock::time_point start = Clock::now();
+  animate(true);
   std::this_thread::sleep_for(duration);
   result.seconds = std::chrono::duration<double>(Clock::now() - start).count();
+  animate(false);
   const double cpu = cpuSeconds() - cpuBefore;
   result.produced = produced - producedBefore;
   result.painted = client->paints() - paintedBefore;
@@ -199,6 +209,8 @@ Result run(float scale, std::chrono::seconds duration) {
 
 int main(int argc, char** argv) {
   QCoreApplication app(argc, argv);
+  // Chromium writes into them until CefShutdown.
+  const QTemporaryDir caches[2];
   CefSettings settings;
   settings.multi_threaded_message_loop = true;
   settings.windowless_rendering_enabled = true;
@@ -207,7 +219,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "the engine did not start\n");
     return 1;
   }
-  const Result results[] = {run(1, 8s), run(2, 8s)};
+  const Result results[] = {run(1, caches[0], 8s), run(2, caches[1], 8s)};
   CefShutdown();
 
   std::printf("OSR frames, animated 1280x720 page, CreateBrowser .. OnPaint through the engine\n");

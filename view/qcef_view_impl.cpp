@@ -338,6 +338,8 @@ void QCefViewImpl::paintEvent(QPaintEvent* event)
 {
     BROVIA_INSTRUMENT("paintEvent");
     QPainter painter(this);
+    // The frame replaces what the widget showed: a plain copy, no blending.
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
     if (m_dirtyRectHandlingDisabled)
     {
         if (!m_repaintImages.empty())
@@ -360,7 +362,10 @@ void QCefViewImpl::paintEvent(QPaintEvent* event)
             painter.drawImage(0, 0, m_repaintImages.back());
     }
     if (m_paintFlag && !isEnabled())
+    {
+        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
         painter.fillRect(rect(), kDimming);
+    }
 }
 
 void QCefViewImpl::resizeEvent(QResizeEvent* event)

@@ -73,7 +73,7 @@ void StopEngine(CefRefPtr<TestClient> client) {
   while (CefRefPtr<CefBrowser> browser = client->browser()) {
     const size_t open = client->open_browsers();
     browser->GetHost()->CloseBrowser(true);
-    ASSERT_TRUE(client->WaitUntil([&](const Events&) { return client->open_browsers() < open; }));
+    ASSERT_TRUE(client->WaitForOpenBrowsers(open - 1));
   }
   std::set<int> chromium;
   for (int pid : Descendants()) {

@@ -81,6 +81,7 @@ class TestClient : public CefClient,
         break;
       }
     }
+    changed_.notify_all();
   }
 
   void OnLoadingStateChange(CefRefPtr<CefBrowser> browser, bool isLoading, bool canGoBack,
@@ -133,6 +134,13 @@ class TestClient : public CefClient,
   bool WaitFor(const std::string& prefix, size_t skip = 0) {
     return WaitUntil([&](const Events& events) { return Find(events, prefix, skip) >= 0; });
   }
+  // Waits until at most |count| browsers are open.
+  bool WaitForOpenBrowsers(size_t count) {
+    std::unique_lock<std::mutex> lock(mutex_);
+    return changed_.wait_for(lock, std::chrono::seconds(20),
+                             [&] { return browsers_.size() <= count; });
+  }
+  // |done| runs with the client's lock held: it may only look at |events|.
   bool WaitUntil(const std::function<bool(const Events&)>& done) {
     std::unique_lock<std::mutex> lock(mutex_);
     return changed_.wait_for(lock, std::chrono::seconds(20), [&] { return done(events_); });
@@ -164,6 +172,13 @@ class TestClient : public CefClient,
     }
     return nullptr;
   }
+  CefRefPtr<CefBrowser> browser_by_id(int id) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    for (const auto& browser : browsers_) {
+      if (browser->GetIdentifier() == id) return browser;
+    }
+    return nullptr;
+  }
   size_t open_browsers() {
     std::lock_guard<std::mutex> lock(mutex_);
     return browsers_.size();
@@ -173,7 +188,6 @@ class TestClient : public CefClient,
   void Record(const std::string& event) {
     std::lock_guard<std::mutex> lock(mutex_);
     if (!CefCurrentlyOn(TID_UI)) ++off_ui_thread_;
-    if (getenv("BROVIA_TEST_TRACE")) fprintf(stderr, "EVENT %s\n", event.c_str());
     events_.push_back(event);
     changed_.notify_all();
   }
@@ -205,7 +219,8 @@ inline CefRefPtr<CefBrowser> OpenBrowser(CefRefPtr<TestClient> client, const std
     return nullptr;
   }
   if (!client->WaitFor("created ", before)) return nullptr;
-  return client->browser();
+  const Events events = client->events();
+  return client->browser_by_id(std::stoi(events[TestClient::Find(events, "created ", before)].substr(8)));
 }
 
 // Process ids of this process's descendants.

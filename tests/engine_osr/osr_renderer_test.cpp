@@ -1,4 +1,5 @@
-// Off-screen painting through the CEF API, over real browsers.
+// Off-screen painting through the CEF API, over real browsers. The engine starts once per
+// process, so each test runs in a fresh one.
 
 #include <gtest/gtest.h>
 
@@ -7,129 +8,107 @@
 #include <QTemporaryDir>
 #include <QUrl>
 #include <atomic>
-#include <condition_variable>
-#include <functional>
-#include <mutex>
 #include <thread>
-#include <vector>
 
 #include "cef_runtime/engine_test_support.h"
-#include "include/cef_app.h"
-#include "include/cef_browser.h"
-#include "include/cef_client.h"
 #include "include/cef_request_context.h"
+#include "libcef/browser/browser_impl.h"
+#include "libcef/devtools/devtools_session.h"
 
 using cef_runtime_test::RunInFreshProcess;
+using namespace std::chrono_literals;
 
 namespace {
 
-const char kPage[] = R"(<html><body style="margin:0;background:#fe0102">
-<div style="position:absolute;left:0;top:0;width:160px;height:120px;background:#102030"></div>
+// Known colours at known CSS pixels, a box to recolour, a canvas to redraw with the same pixels.
+const char kPage[] = R"(<body style="margin:0;background:#fe0102">
+<div style="position:absolute;width:160px;height:120px;background:#102030"></div>
 <div style="position:absolute;left:21px;top:7px;width:1px;height:1px;background:#abcdef"></div>
 <div id="box" style="position:absolute;left:200px;top:150px;width:40px;height:30px;background:#00ff7f"></div>
-</body></html>)";
-
-std::string pageUrl() {
-  return "data:text/html," + QUrl::toPercentEncoding(kPage).toStdString();
-}
+<canvas id="c" width="20" height="20" style="position:absolute;left:280px;top:200px"></canvas>
+<script>function paintCanvas() { const x = c.getContext('2d'); x.fillStyle = '#369'; x.fillRect(0, 0, 20, 20); }
+paintCanvas();</script></body>)";
 
 struct Paint {
-  QImage image;
+  QImage image;  // a copy of the lent buffer
   std::vector<CefRect> rects;
-  cef_paint_element_type_t type;
+  bool onUiThread;
 };
 
-uint32_t rgbAt(const Paint& paint, int x, int y) {
-  return paint.image.pixel(x, y) & 0xffffff;
-}
-
-// One view: answers the geometry questions and keeps every paint.
 class OsrClient : public CefClient, public CefLifeSpanHandler, public CefRenderHandler {
  public:
-  explicit OsrClient(float scale) : scale_(scale) {}
-
+  explicit OsrClient(int scale) : scale(scale) {}
   CefRefPtr<CefLifeSpanHandler> GetLifeSpanHandler() override { return this; }
   CefRefPtr<CefRenderHandler> GetRenderHandler() override { return this; }
-
-  void OnAfterCreated(CefRefPtr<CefBrowser> browser) override {
-    std::lock_guard<std::mutex> lock(mutex_);
-    browser_ = browser;
-    changed_.notify_all();
-  }
-  void OnBeforeClose(CefRefPtr<CefBrowser> browser) override {
-    std::lock_guard<std::mutex> lock(mutex_);
-    browser_ = nullptr;
-    closed_ = true;
-    changed_.notify_all();
-  }
-  void GetViewRect(CefRefPtr<CefBrowser> browser, CefRect& rect) override {
-    rect = CefRect(0, 0, width_, height_);
-  }
-  bool GetScreenInfo(CefRefPtr<CefBrowser> browser, CefScreenInfo& info) override {
-    info.device_scale_factor = scale_;
+  void OnAfterCreated(CefRefPtr<CefBrowser> created) override { update([&] { browser = created; }); }
+  void OnBeforeClose(CefRefPtr<CefBrowser>) override { update([&] { browser = nullptr; }); }
+  void GetViewRect(CefRefPtr<CefBrowser>, CefRect& rect) override { rect = CefRect(0, 0, width, 240); }
+  bool GetScreenInfo(CefRefPtr<CefBrowser>, CefScreenInfo& info) override {
+    info.device_scale_factor = scale;
     return true;
   }
-  void OnPaint(CefRefPtr<CefBrowser> browser, PaintElementType type, const RectList& dirtyRects,
-               const void* buffer, int width, int height) override {
-    // The buffer is only lent: copy it.
-    const QImage frame(static_cast<const uchar*>(buffer), width, height, width * 4,
-                       QImage::Format_ARGB32_Premultiplied);
-    std::lock_guard<std::mutex> lock(mutex_);
-    if (!CefCurrentlyOn(TID_UI)) ++off_ui_thread_;
-    paints_.push_back({frame.copy(), dirtyRects, type});
-    changed_.notify_all();
+  void OnPaint(CefRefPtr<CefBrowser>, PaintElementType type, const RectList& rects, const void* buffer, int w,
+               int h) override {
+    const QImage lent(static_cast<const uchar*>(buffer), w, h, w * 4, QImage::Format_ARGB32_Premultiplied);
+    update([&] { paints.push_back({lent.copy(), rects, type == PET_VIEW && CefCurrentlyOn(TID_UI)}); });
   }
 
-  void resize(int width, int height) {
-    width_ = width;
-    height_ = height;
+  // Waits (20 s at most) for |done|, which reads the members under the lock.
+  bool waitFor(const std::function<bool()>& done) {
+    std::unique_lock<std::mutex> lock(mutex);
+    return changed.wait_for(lock, 20s, done);
   }
-  // Waits (20 s at most) until |done| holds for the paints so far.
-  bool waitFor(const std::function<bool(const std::vector<Paint>&)>& done) {
-    std::unique_lock<std::mutex> lock(mutex_);
-    return changed_.wait_for(lock, std::chrono::seconds(20), [&] { return done(paints_); });
-  }
-  // Waits until the last paint shows |rgb| at device pixel (x, y).
-  bool waitForColour(int x, int y, uint32_t rgb) {
-    return waitFor([&](const std::vector<Paint>& paints) {
-      return !paints.empty() && paints.back().image.width() > x && paints.back().image.height() > y &&
-             rgbAt(paints.back(), x, y) == rgb;
+  // The device pixel (x, y) of the last paint shows |rgb|.
+  bool waitForColour(int x, int y, QRgb rgb) {
+    return waitFor([&] {
+      return !paints.empty() && paints.back().image.rect().contains(x, y) &&
+             paints.back().image.pixel(x, y) == (rgb | 0xff000000u);
     });
   }
-  bool waitForBrowser() {
-    std::unique_lock<std::mutex> lock(mutex_);
-    return changed_.wait_for(lock, std::chrono::seconds(20), [&] { return browser_ != nullptr; });
+  std::vector<Paint> snapshot() {
+    std::lock_guard<std::mutex> lock(mutex);
+    return paints;
   }
-  bool waitClosed() {
-    std::unique_lock<std::mutex> lock(mutex_);
-    return changed_.wait_for(lock, std::chrono::seconds(20), [&] { return closed_; });
+  CefRefPtr<CefBrowser> currentBrowser() {
+    std::lock_guard<std::mutex> lock(mutex);
+    return browser;
   }
-  std::vector<Paint> paints() {
-    std::lock_guard<std::mutex> lock(mutex_);
-    return paints_;
+  void update(const std::function<void()>& change) {
+    std::lock_guard<std::mutex> lock(mutex);
+    change();
+    changed.notify_all();
   }
-  CefRefPtr<CefBrowser> browser() {
-    std::lock_guard<std::mutex> lock(mutex_);
-    return browser_;
-  }
-  int off_ui_thread() {
-    std::lock_guard<std::mutex> lock(mutex_);
-    return off_ui_thread_;
-  }
-  float scale() const { return scale_; }
 
- private:
-  const float scale_;
-  std::atomic<int> width_{320};
-  std::atomic<int> height_{240};
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  CefRefPtr<CefBrowser> browser_;
-  bool closed_ = false;
-  std::vector<Paint> paints_;
-  int off_ui_thread_ = 0;
+  const int scale;
+  std::atomic<int> width{320};
+  std::mutex mutex;
+  std::condition_variable changed;
+  CefRefPtr<CefBrowser> browser;
+  std::vector<Paint> paints;
   IMPLEMENT_REFCOUNTING(OsrClient);
 };
+
+// Starts the engine and opens the page in a context of its own, so that its Chromium runs at
+// the client's scale.
+void open(CefRefPtr<OsrClient> client, const QTemporaryDir& cache) {
+  CefRequestContextSettings contextSettings;
+  CefString(&contextSettings.cache_path) = cache.path().toStdString();
+  CefWindowInfo window;
+  window.SetAsWindowless(kNullWindowHandle);
+  CefBrowserSettings settings;
+  settings.windowless_frame_rate = 60;
+  ASSERT_TRUE(CefBrowserHost::CreateBrowser(window, client, "data:text/html," + QUrl::toPercentEncoding(kPage).toStdString(),
+                                            settings, nullptr, CefRequestContext::CreateContext(contextSettings, nullptr)));
+  ASSERT_TRUE(client->waitFor([&] { return client->browser != nullptr; }));
+  ASSERT_TRUE(client->waitForColour(210 * client->scale, 160 * client->scale, 0x00ff7f));
+}
+
+// Closes |client|'s browser, then stops the engine.
+void closeAndShutdown(CefRefPtr<OsrClient> client) {
+  client->currentBrowser()->GetHost()->CloseBrowser(true);
+  EXPECT_TRUE(client->waitFor([&] { return client->browser == nullptr; }));
+  CefShutdown();
+}
 
 bool startEngine() {
   CefSettings settings = cef_runtime_test::MakeSettings(true, false);
@@ -137,115 +116,84 @@ bool startEngine() {
   return CefInitialize(CefMainArgs(0, nullptr), settings, nullptr, nullptr);
 }
 
-// A browser in a context of its own, so that its Chromium runs at the client's scale.
-bool open(CefRefPtr<OsrClient> client, const QTemporaryDir& cache) {
-  CefRequestContextSettings settings;
-  CefString(&settings.cache_path) = cache.path().toStdString();
-  CefWindowInfo window;
-  window.SetAsWindowless(kNullWindowHandle);
-  CefBrowserSettings browserSettings;
-  browserSettings.windowless_frame_rate = 60;
-  return CefBrowserHost::CreateBrowser(window, client, pageUrl(), browserSettings, nullptr,
-                                       CefRequestContext::CreateContext(settings, nullptr)) &&
-         client->waitForBrowser();
-}
-
-void close(CefRefPtr<OsrClient> client) {
-  if (CefRefPtr<CefBrowser> browser = client->browser()) {
-    browser->GetHost()->CloseBrowser(true);
-    EXPECT_TRUE(client->waitClosed());
-  }
-}
-
-CefRect whole(const Paint& paint) {
-  return CefRect(0, 0, paint.image.width(), paint.image.height());
-}
-
 }  // namespace
 
-TEST(OsrRendererTest, PaintsThePageInDevicePixelsOnTheUiThreadAtScale1And2) {
+TEST(OsrRendererTest, PaintsExactColoursAtDevicePixelsAtScale1And2) {
   RunInFreshProcess([] {
     ASSERT_TRUE(startEngine());
-    QTemporaryDir cache1, cache2;
-    CefRefPtr<OsrClient> clients[] = {new OsrClient(1), new OsrClient(2)};
-    ASSERT_TRUE(open(clients[0], cache1));
-    ASSERT_TRUE(open(clients[1], cache2));
-    for (const CefRefPtr<OsrClient>& client : clients) {
-      const int s = static_cast<int>(client->scale());
-      ASSERT_TRUE(client->waitForColour(210 * s, 160 * s, 0x00ff7f)) << "scale " << s;
-      const Paint last = client->paints().back();
-      EXPECT_EQ(last.image.size(), QSize(320 * s, 240 * s));
-      EXPECT_EQ(last.type, PET_VIEW);
-      for (int dy = 0; dy < s; ++dy)
-        for (int dx = 0; dx < s; ++dx) EXPECT_EQ(rgbAt(last, 21 * s + dx, 7 * s + dy), 0xabcdefu);
-      EXPECT_EQ(rgbAt(last, 21 * s - 1, 7 * s), 0x102030u);
-      EXPECT_EQ(rgbAt(last, 22 * s, 7 * s), 0x102030u);
-      EXPECT_EQ(rgbAt(last, 160 * s, 0), 0xfe0102u);
-      EXPECT_EQ(qAlpha(last.image.pixel(0, 0)), 255);
-      const std::vector<Paint> paints = client->paints();
-      EXPECT_EQ(paints.front().rects, std::vector<CefRect>{whole(paints.front())});
-      for (const Paint& paint : paints) EXPECT_FALSE(paint.rects.empty());
-      EXPECT_EQ(client->off_ui_thread(), 0);
-      close(client);
+    QTemporaryDir caches[2];
+    const std::vector<CefRefPtr<OsrClient>> clients{new OsrClient(1), new OsrClient(2)};
+    for (int i = 0; i < 2; ++i) {
+      open(clients[i], caches[i]);
+      const int s = clients[i]->scale;
+      const std::vector<Paint> paints = clients[i]->snapshot();
+      const QImage& last = paints.back().image;
+      EXPECT_EQ(last.size(), QSize(320 * s, 240 * s));
+      EXPECT_EQ(last.pixel(21 * s, 7 * s), 0xffabcdefu);
+      EXPECT_EQ(last.pixel(22 * s - 1, 8 * s - 1), 0xffabcdefu);
+      for (QPoint p : {QPoint(21 * s - 1, 7 * s), QPoint(22 * s, 7 * s), QPoint(21 * s, 8 * s)})
+        EXPECT_EQ(last.pixel(p), 0xff102030u);
+      EXPECT_EQ(last.pixel(160 * s, 0), 0xfffe0102u);
+      EXPECT_EQ(paints.front().rects, std::vector<CefRect>{CefRect(0, 0, 320 * s, 240 * s)});
+      for (const Paint& paint : paints) EXPECT_TRUE(paint.onUiThread && !paint.rects.empty());
     }
-    CefShutdown();
+    // The second browser stays open, as the library leaves them at exit.
+    closeAndShutdown(clients[0]);
   });
 }
 
-TEST(OsrRendererTest, RepaintsChangesInvalidateResizeAndVisibility) {
+TEST(OsrRendererTest, RepaintsWhatChangedNothingForTheSamePixelsAndWholeFramesWhenAsked) {
   RunInFreshProcess([] {
     ASSERT_TRUE(startEngine());
     QTemporaryDir cache;
     CefRefPtr<OsrClient> client = new OsrClient(1);
-    ASSERT_TRUE(open(client, cache));
-    ASSERT_TRUE(client->waitForColour(210, 160, 0x00ff7f));
-    CefRefPtr<CefBrowser> browser = client->browser();
+    open(client, cache);
+    CefRefPtr<CefBrowser> browser = client->currentBrowser();
 
-    // A recoloured box: the dirty rectangles hold it, not the whole view.
-    size_t before = client->paints().size();
+    size_t before = client->snapshot().size();
     browser->GetMainFrame()->ExecuteJavaScript("box.style.background = '#0000fe'", "", 0);
     ASSERT_TRUE(client->waitForColour(210, 160, 0x0000fe));
-    std::vector<Paint> paints = client->paints();
+    std::vector<Paint> paints = client->snapshot();
     QRegion covered;
     for (size_t i = before; i < paints.size(); ++i)
       for (const CefRect& r : paints[i].rects) covered += QRect(r.x, r.y, r.width, r.height);
     EXPECT_TRUE((QRegion(200, 150, 40, 30) - covered).isEmpty());
     EXPECT_FALSE((QRegion(0, 0, 320, 240) - covered).isEmpty());
 
-    // Nothing changes: nothing is painted, until Invalidate asks for the whole view.
-    std::this_thread::sleep_for(std::chrono::milliseconds(500));
-    before = client->paints().size();
-    std::this_thread::sleep_for(std::chrono::milliseconds(500));
-    EXPECT_EQ(client->paints().size(), before);
+    // Chromium sends a frame for the redrawn canvas; nobody is painted for it.
+    auto* impl = static_cast<cefengine::BrowserImpl*>(browser.get());
+    int chromiumFrames = 0;  // under the client's lock
+    const int subscription = impl->devtools()->subscribe(impl->session_id(), [&](const QString& method, auto&, auto&) {
+      if (method == QLatin1String("Page.screencastFrame")) client->update([&] { ++chromiumFrames; });
+    });
+    std::this_thread::sleep_for(300ms);
+    before = client->snapshot().size();
+    browser->GetMainFrame()->ExecuteJavaScript("paintCanvas()", "", 0);
+    EXPECT_TRUE(client->waitFor([&] { return chromiumFrames > 0; }));
+    std::this_thread::sleep_for(300ms);
+    EXPECT_EQ(client->snapshot().size(), before);
+    impl->devtools()->unsubscribe(subscription);
+
     browser->GetHost()->Invalidate(PET_VIEW);
-    ASSERT_TRUE(client->waitFor([&](const std::vector<Paint>& p) { return p.size() > before; }));
-    paints = client->paints();
-    EXPECT_EQ(paints[before].rects, std::vector<CefRect>{CefRect(0, 0, 320, 240)});
-    EXPECT_EQ(rgbAt(paints[before], 210, 160), 0x0000feu);
+    ASSERT_TRUE(client->waitFor([&] { return client->paints.size() > before; }));
+    EXPECT_EQ(client->snapshot()[before].rects, std::vector<CefRect>{CefRect(0, 0, 320, 240)});
 
-    // A new view size: frames of that size, painted whole.
-    client->resize(200, 100);
+    client->width = 200;
     browser->GetHost()->WasResized();
-    ASSERT_TRUE(client->waitFor([](const std::vector<Paint>& p) { return p.back().image.width() == 200; }));
-    paints = client->paints();
-    EXPECT_EQ(paints.back().image.height(), 100);
-    EXPECT_EQ(paints.back().rects, std::vector<CefRect>{whole(paints.back())});
+    ASSERT_TRUE(client->waitFor([&] { return client->paints.back().image.width() == 200; }));
+    EXPECT_EQ(client->snapshot().back().rects, std::vector<CefRect>{CefRect(0, 0, 200, 240)});
 
-    // Hidden: no paints; shown again: the page as it is now, whole.
+    // Hidden, nothing is painted; shown again, the page as it is now, whole.
     browser->GetHost()->WasHidden(true);
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    before = client->paints().size();
+    std::this_thread::sleep_for(300ms);
+    before = client->snapshot().size();
     browser->GetMainFrame()->ExecuteJavaScript("document.body.style.background = '#010203'", "", 0);
-    std::this_thread::sleep_for(std::chrono::milliseconds(500));
-    EXPECT_EQ(client->paints().size(), before);
+    std::this_thread::sleep_for(300ms);
+    EXPECT_EQ(client->snapshot().size(), before);
     browser->GetHost()->WasHidden(false);
-    // (The page now overflows: scroll bars take the right and bottom edges.)
     ASSERT_TRUE(client->waitForColour(170, 10, 0x010203));
-    paints = client->paints();
-    EXPECT_EQ(paints[before].rects, std::vector<CefRect>{whole(paints[before])});
-    EXPECT_EQ(client->off_ui_thread(), 0);
-
-    close(client);
-    CefShutdown();
+    EXPECT_EQ(client->snapshot()[before].rects, std::vector<CefRect>{CefRect(0, 0, 200, 240)});
+    closeAndShutdown(client);
   });
 }
+

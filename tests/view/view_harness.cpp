@@ -9,7 +9,7 @@
 #include <QPixmap>
 #include <QUrl>
 
-void startEngine(float deviceScaleFactor)
+void startEngine(float deviceScaleFactor, std::function<bool(const QByteArray&)> certificateVerifier)
 {
     static bool started = false;
     if (started)
@@ -17,6 +17,7 @@ void startEngine(float deviceScaleFactor)
     started = true;
     QCefGlobalSettings settings;
     settings.deviceScaleFactor = deviceScaleFactor;
+    settings.certificateVerifier = std::move(certificateVerifier);
     QCefGlobalService::initialize(settings);
     QCefGlobalService::startup();
 }

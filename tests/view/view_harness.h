@@ -9,8 +9,12 @@
 #include <functional>
 #include <memory>
 
-// Starts the engine for the views of this process, once, with the given device scale factor.
-void startEngine(float deviceScaleFactor = 1.0f);
+#include <QByteArray>
+
+// Starts the engine for the views of this process, once, with the given device scale factor and
+// certificate verifier.
+void startEngine(float deviceScaleFactor = 1.0f,
+                 std::function<bool(const QByteArray&)> certificateVerifier = nullptr);
 
 // A top-level view of the given size under the offscreen platform, shown.
 std::unique_ptr<IQCefViewImpl> makeView(int width, int height);

@@ -141,16 +141,20 @@ void BrowserImpl::CreatePopup(CefRefPtr<BrowserImpl> opener,
     std::lock_guard<std::mutex> lock(popup->mutex_);
     popup->chromium_scale_factor_ = popup->chromium_->scale_factor();
   }
-  popup->OnTargetCreated(target_id);
+  popup->RegisterTarget(target_id);
   popup->Attach(session_id);
 }
 
-void BrowserImpl::OnTargetCreated(const QString& target_id) {
+void BrowserImpl::RegisterTarget(const QString& target_id) {
   target_id_ = target_id;
   if (IsValid()) {
     chromium_->AddTarget(target_id, this);
     AddFrame(target_id, QString());
   }
+}
+
+void BrowserImpl::OnTargetCreated(const QString& target_id) {
+  RegisterTarget(target_id);
   CefRefPtr<BrowserImpl> self(this);
   chromium_->WhenAttached(target_id,
                           [self](const QString& session_id, const QJsonObject&) {
@@ -193,7 +197,6 @@ void BrowserImpl::Attach(const QString& session_id) {
   send("Runtime.enable", {});
   send("Network.enable", {});
   send("Log.enable", {});
-  send("Emulation.setFocusEmulationEnabled", {{"enabled", true}});
   send("Emulation.setDeviceMetricsOverride", ViewMetrics());
   QJsonObject agent{{"userAgent", chromium_->user_agent()}};
   const std::string languages = request_context_->accept_language_list();
@@ -226,7 +229,6 @@ void BrowserImpl::Attach(const QString& session_id) {
 }
 
 void BrowserImpl::FinishAttach() {
-  std::shared_ptr<DevToolsSession> session;
   if (!IsValid()) {
     return;
   }
@@ -476,7 +478,9 @@ void BrowserImpl::CloseOnUiThread() {
 
 void BrowserImpl::Destroy(bool close_target) {
   std::vector<QueuedCommand> queued;
+  // The frames hold the browser: dropping them ends the cycle.
   std::map<QString, CefRefPtr<FrameImpl>> frames;
+  CefRefPtr<FrameImpl> main_frame;
   {
     std::lock_guard<std::mutex> lock(mutex_);
     if (destroyed_) {
@@ -485,6 +489,7 @@ void BrowserImpl::Destroy(bool close_target) {
     destroyed_ = true;
     queued.swap(queued_);
     frames.swap(frames_);
+    main_frame.swap(main_frame_);
   }
   CefRefPtr<BrowserImpl> self(this);
   for (QueuedCommand& command : queued) {
@@ -691,6 +696,10 @@ void BrowserImpl::Navigate(const QString& frame_id, const std::string& url) {
   CefRefPtr<BrowserImpl> self(this);
   RunOnUiThread([self, frame_id, url] {
     const QString target_url = QString::fromStdString(url);
+    if (self->navigation_policy_ &&
+        self->navigation_policy_->OnNavigate(self.get(), frame_id, target_url)) {
+      return;
+    }
     QJsonObject params{{"url", target_url}};
     if (frame_id.isEmpty()) {
       self->page_events_->ExpectTransition(TT_EXPLICIT);

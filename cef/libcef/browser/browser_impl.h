@@ -78,6 +78,10 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   CefRefPtr<CefClient> client() const;
   CefRefPtr<CefRenderHandler> render_handler() const;
   CefRefPtr<CefDictionaryValue> extra_info() const { return extra_info_; }
+  // Its storage holds the scheme handler factories. Engine UI thread.
+  CefRefPtr<RequestContextImpl> request_context() const {
+    return request_context_;
+  }
 
   // The view as last applied: logical size from GetViewRect and the scale
   // from GetScreenInfo (1 when the handler gives none). Any thread.
@@ -269,6 +273,9 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
 
   // Engine UI thread from here on.
   bool Start(bool sync);
+  // The page target is this browser's: routes and the main frame.
+  void RegisterTarget(const QString& target_id);
+  // A target of our own making: waits for Chromium to attach it.
   void OnTargetCreated(const QString& target_id);
   void Attach(const QString& session_id);
   // Every domain answered: sends what waited and tells the client.

@@ -30,11 +30,6 @@ void BrowserRegistry::RemoveBrowser(int id) {
   }
 }
 
-size_t BrowserRegistry::BrowserCount() const {
-  std::lock_guard<std::mutex> lock(mutex_);
-  return browsers_.size();
-}
-
 std::shared_ptr<ContextStorage> BrowserRegistry::StorageFor(
     const std::string& cache_path) {
   std::lock_guard<std::mutex> lock(mutex_);

@@ -28,7 +28,6 @@ class BrowserRegistry {
   // whatever the client holds. Engine UI thread.
   void AddBrowser(CefRefPtr<BrowserImpl> browser);
   void RemoveBrowser(int id);
-  size_t BrowserCount() const;
 
   // The storage of |cache_path| (absolute, clean; empty = temporary), made
   // on first use. Any thread.
@@ -48,7 +47,7 @@ class BrowserRegistry {
   // drops what is left.
   void Shutdown();
 
-  mutable std::mutex mutex_;
+  std::mutex mutex_;
   bool hooked_ = false;
   std::map<int, CefRefPtr<BrowserImpl>> browsers_;
   std::map<std::string, std::shared_ptr<ContextStorage>> storages_;

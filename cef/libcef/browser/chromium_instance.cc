@@ -6,7 +6,6 @@
 
 #include <QDir>
 #include <QJsonArray>
-#include <QJsonDocument> // TRACE
 
 #include "include/base/cef_logging.h"
 #include "include/cef_command_line.h"
@@ -21,6 +20,8 @@ namespace {
 
 constexpr std::chrono::seconds kStartTimeout{20};
 constexpr std::chrono::milliseconds kStopTimeout{3000};
+// How long a page Chromium attached may wait for its browser to claim it.
+constexpr int64_t kUnclaimedTimeoutMs = 5000;
 
 // Switches the engine sets itself, or that would cut it off from Chromium.
 const std::set<std::string>& ReservedSwitches() {
@@ -213,7 +214,6 @@ void ChromiumInstance::OnEvent(const QString& method,
   if (shut_down_) {
     return;
   }
-  if (getenv("BROVIA_TEST_TRACE")) fprintf(stderr, "PROTO %s %s %s\n", qPrintable(session_id.left(6)), qPrintable(method), QJsonDocument(params).toJson(QJsonDocument::Compact).left(300).constData()); // TRACE
   if (method == QLatin1String(DevToolsSession::kDisconnectedEvent)) {
     OnDisconnected(params);
     return;
@@ -251,21 +251,57 @@ void ChromiumInstance::OnAttachedToTarget(const QJsonObject& params) {
     if (CefRefPtr<BrowserImpl> opener = BrowserForTarget(opener_id)) {
       opener->OnProtocolEvent(QStringLiteral("Target.attachedToTarget"),
                               params);
-    } else if (std::shared_ptr<DevToolsSession> running = session()) {
+    } else {
       // Opened by a page that is gone: nobody would ever show it.
-      running->sendCommand(QStringLiteral("Target.closeTarget"),
-                           QJsonObject{{"targetId", target_id}}, QString(), {});
+      DiscardTarget(target_id, session_id);
     }
     return;
   }
   auto waiter = waiters_.find(target_id);
   if (waiter == waiters_.end()) {
+    // Ours, with Target.createTarget's answer still on its way; or a page
+    // someone else opened (remote debugging), let go after a while.
     unclaimed_[target_id] = Attachment{session_id, info};
+    std::weak_ptr<ChromiumInstance> weak = shared_from_this();
+    PostUiTask(
+        [weak, target_id] {
+          if (std::shared_ptr<ChromiumInstance> self = weak.lock()) {
+            self->ReleaseUnclaimed(target_id);
+          }
+        },
+        kUnclaimedTimeoutMs);
     return;
   }
   AttachCallback attached = std::move(waiter->second);
   waiters_.erase(waiter);
   attached(session_id, info);
+}
+
+void ChromiumInstance::ReleaseUnclaimed(const QString& target_id) {
+  auto it = unclaimed_.find(target_id);
+  std::shared_ptr<DevToolsSession> running = session();
+  if (it == unclaimed_.end() || !running || shut_down_) {
+    return;
+  }
+  const QString session_id = it->second.session_id;
+  unclaimed_.erase(it);
+  running->sendCommand(QStringLiteral("Runtime.runIfWaitingForDebugger"), {},
+                       session_id, {});
+  running->sendCommand(QStringLiteral("Target.detachFromTarget"),
+                       QJsonObject{{"sessionId", session_id}}, QString(), {});
+}
+
+void ChromiumInstance::DiscardTarget(const QString& target_id,
+                                     const QString& session_id) {
+  std::shared_ptr<DevToolsSession> running = session();
+  if (!running) {
+    return;
+  }
+  // The opener's window.open() waits until the held page runs.
+  running->sendCommand(QStringLiteral("Runtime.runIfWaitingForDebugger"), {},
+                       session_id, {});
+  running->sendCommand(QStringLiteral("Target.closeTarget"),
+                       QJsonObject{{"targetId", target_id}}, QString(), {});
 }
 
 void ChromiumInstance::OnDisconnected(const QJsonObject& params) {

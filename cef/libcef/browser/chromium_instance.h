@@ -59,6 +59,10 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
   // already did). Engine UI thread.
   void WhenAttached(const QString& target_id, AttachCallback attached);
 
+  // Closes a page Chromium attached and holds, that no browser will show.
+  // Engine UI thread.
+  void DiscardTarget(const QString& target_id, const QString& session_id);
+
   // CefShutdown, after the engine threads ended: stops Chromium (blocks for
   // at most a few seconds) and removes a temporary profile.
   void Shutdown();
@@ -76,6 +80,8 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
   void OnAttachedToTarget(const QJsonObject& params);
   void OnDisconnected(const QJsonObject& params);
   BrowserImpl* BrowserForTarget(const QString& target_id) const;
+  // Lets a page no browser claimed run on, detached.
+  void ReleaseUnclaimed(const QString& target_id);
   std::vector<std::string> Switches() const;
 
   const std::string cache_path_;

@@ -32,6 +32,25 @@ class NavigationPolicy {
     return false;
   }
 
+  // The engine is about to navigate |frame_id| (empty: the main frame) to
+  // |url|, for CefFrame::LoadURL; true drops the navigation, which the policy
+  // has then reported itself.
+  virtual bool OnNavigate(BrowserImpl* browser,
+                          const QString& frame_id,
+                          const QString& url) {
+    return false;
+  }
+
+  // A document load failed with |error_text| ("net::ERR_ABORTED"; the
+  // loader id is empty when the protocol named none), before the client
+  // hears of it: returns the error to report instead, or an empty string to
+  // report nothing.
+  virtual QString OnLoadFailed(BrowserImpl* browser,
+                               const QString& loader_id,
+                               const QString& error_text) {
+    return error_text;
+  }
+
   // The page is going; nothing is called afterwards.
   virtual void OnDetached(BrowserImpl* browser) {}
 };

@@ -12,6 +12,7 @@
 #include "libcef/browser/frame_impl.h"
 #include "libcef/browser/navigation_entry_impl.h"
 #include "libcef/browser/net_error.h"
+#include "libcef/browser/ui_task.h"
 
 namespace cefengine {
 
@@ -32,6 +33,14 @@ CefString Cef(const QString& text) {
 bool IsHttp(const QString& url) {
   return url.startsWith(QLatin1String("http:"), Qt::CaseInsensitive) ||
          url.startsWith(QLatin1String("https:"), Qt::CaseInsensitive);
+}
+
+bool KnownScheme(const QString& url) {
+  static const QStringList kSchemes = {
+      "http",  "https", "file",       "data",       "about",
+      "blob",  "ws",    "wss",        "javascript", "filesystem",
+      "chrome", "chrome-error", "devtools", "view-source"};
+  return kSchemes.contains(url.section(':', 0, 0).toLower());
 }
 
 // How the console shows one argument.
@@ -77,13 +86,13 @@ QString ConsoleText(const QJsonArray& args) {
         text += c;
         continue;
       }
-      const QChar spec = format[i + 1];
-      if (spec == '%') {
+      const QChar conversion = format[i + 1];
+      if (conversion == '%') {
         text += '%';
         ++i;
-      } else if (QStringLiteral("sdifoOc").contains(spec) &&
+      } else if (QStringLiteral("sdifoOc").contains(conversion) &&
                  next < args.size()) {
-        if (spec != 'c') {
+        if (conversion != 'c') {
           text += RemoteObjectText(args[next].toObject());
         }
         ++next;
@@ -217,7 +226,8 @@ void PageEvents::Drain() {
 
 void PageEvents::Await(const QString& method,
                        const QJsonObject& params,
-                       std::function<void(const QJsonObject& result)> then) {
+                       std::function<void(const QJsonObject& result,
+                                          const QJsonObject& error)> then) {
   waiting_ = true;
   CefRefPtr<BrowserImpl> browser(browser_);
   browser_->SendPageCommand(
@@ -226,19 +236,59 @@ void PageEvents::Await(const QString& method,
                                               const QJsonObject& error) {
         waiting_ = false;
         if (browser->IsValid()) {
-          then(result);
+          then(result, error);
         }
         Drain();
       });
 }
 
-void PageEvents::RefreshHistory(std::function<void()> then) {
+void PageEvents::RefreshHistory(std::function<void()> then, int attempt) {
   Await(QStringLiteral("Page.getNavigationHistory"), {},
-        [this, then = std::move(then)](const QJsonObject& result) {
-          browser_->SetHistory(result.value(QLatin1String("entries")).toArray(),
-                               result.value(QLatin1String("currentIndex"))
-                                   .toInt(-1));
-          then();
+        [this, then = std::move(then), attempt](const QJsonObject& result,
+                                                const QJsonObject& error) {
+          if (!error.isEmpty()) {
+            // While a navigation swaps the page's process the page is briefly
+            // unreachable; the history is asked again a moment later.
+            if (attempt < kHistoryAttempts) {
+              waiting_ = true;
+              CefRefPtr<BrowserImpl> browser(browser_);
+              PostUiTask(
+                  [this, browser, then, attempt] {
+                    waiting_ = false;
+                    RefreshHistory(then, attempt + 1);
+                  },
+                  kHistoryRetryDelayMs);
+            } else if (then) {
+              then();
+            }
+            return;
+          }
+          QJsonArray entries = result.value(QLatin1String("entries")).toArray();
+          int current = result.value(QLatin1String("currentIndex")).toInt(-1);
+          // The blank page the target was made with is no history of the
+          // user's: hidden now, dropped once the first page has loaded.
+          if (!history_seen_) {
+            history_seen_ = true;
+            if (current > 0 && Str(entries.first().toObject(), "url") ==
+                                   QLatin1String("about:blank")) {
+              blank_entry_id_ =
+                  entries.first().toObject().value(QLatin1String("id")).toInt();
+            }
+          }
+          for (int i = entries.size() - 1; i >= 0; --i) {
+            if (blank_entry_id_ >= 0 &&
+                entries.at(i).toObject().value(QLatin1String("id")).toInt() ==
+                    blank_entry_id_) {
+              entries.removeAt(i);
+              if (current >= i) {
+                --current;
+              }
+            }
+          }
+          browser_->SetHistory(entries, current);
+          if (then) {
+            then();
+          }
         });
 }
 
@@ -256,6 +306,8 @@ void PageEvents::Handle(const QString& method, const QJsonObject& params) {
     OnFrameStoppedLoading(Str(params, "frameId"));
   } else if (method == QLatin1String("Page.frameNavigated")) {
     OnFrameNavigated(params);
+  } else if (method == QLatin1String("Page.frameRequestedNavigation")) {
+    OnFrameRequestedNavigation(params);
   } else if (method == QLatin1String("Page.navigatedWithinDocument")) {
     OnSameDocumentNavigation(params);
   } else if (method == QLatin1String("Page.windowOpen")) {
@@ -350,32 +402,43 @@ void PageEvents::OnFrameNavigated(const QJsonObject& params) {
   }
   crashed_ = false;
   has_committed_ = true;
-  const std::optional<cef_transition_type_t> expected = expected_transition_;
+  cef_transition_type_t transition = TT_LINK;
+  if (expected_transition_) {
+    transition = *expected_transition_;
+  } else if (requested_transition_) {
+    transition = *requested_transition_;
+  }
   expected_transition_.reset();
-  RefreshHistory([this, target, url, expected] {
-    CefRefPtr<CefClient> client = browser_->client();
-    if (!client) {
-      return;
-    }
-    cef_transition_type_t transition = TT_LINK;
-    if (expected) {
-      transition = *expected;
-    } else {
-      std::lock_guard<std::mutex> lock(browser_->mutex_);
-      transition = TransitionFromProtocol(
-          Str(browser_->history_.at(browser_->history_index_).toObject(),
-              "transitionType"));
-    }
-    if (CefRefPtr<CefLoadHandler> load = client->GetLoadHandler()) {
-      load->OnLoadStart(browser_, target.get(), transition);
-    }
-    if (CefRefPtr<CefDisplayHandler> display = client->GetDisplayHandler()) {
-      display->OnAddressChange(browser_, target.get(), Cef(url));
-    }
-    if (browser_->render_observer_) {
-      browser_->render_observer_->OnMainFrameNavigated(browser_);
-    }
-  });
+  requested_transition_.reset();
+  if (load) {
+    load->OnLoadStart(browser_, target.get(), transition);
+  }
+  if (CefRefPtr<CefDisplayHandler> display =
+          client ? client->GetDisplayHandler() : nullptr) {
+    display->OnAddressChange(browser_, target.get(), Cef(url));
+  }
+  if (browser_->render_observer_) {
+    browser_->render_observer_->OnMainFrameNavigated(browser_);
+  }
+  // For CanGoBack() and the like until the load ends.
+  RefreshHistory({});
+}
+
+void PageEvents::OnFrameRequestedNavigation(const QJsonObject& params) {
+  CefRefPtr<FrameImpl> frame = browser_->FindFrame(Str(params, "frameId"));
+  if (!frame || !frame->IsMain()) {
+    return;
+  }
+  const QString reason = Str(params, "reason");
+  int transition = TT_LINK;
+  if (reason.startsWith(QLatin1String("formSubmission"))) {
+    transition = TT_FORM_SUBMIT;
+  } else if (reason == QLatin1String("reload")) {
+    transition = TT_RELOAD;
+  } else if (reason.endsWith(QLatin1String("Refresh"))) {
+    transition = TT_LINK | TT_CLIENT_REDIRECT_FLAG;
+  }
+  requested_transition_ = static_cast<cef_transition_type_t>(transition);
 }
 
 void PageEvents::OnSameDocumentNavigation(const QJsonObject& params) {
@@ -388,14 +451,12 @@ void PageEvents::OnSameDocumentNavigation(const QJsonObject& params) {
   if (!frame->IsMain()) {
     return;
   }
-  RefreshHistory([this, frame, url] {
-    CefRefPtr<CefClient> client = browser_->client();
-    CefRefPtr<CefDisplayHandler> display =
-        client ? client->GetDisplayHandler() : nullptr;
-    if (display) {
-      display->OnAddressChange(browser_, frame.get(), Cef(url));
-    }
-  });
+  CefRefPtr<CefClient> client = browser_->client();
+  if (CefRefPtr<CefDisplayHandler> display =
+          client ? client->GetDisplayHandler() : nullptr) {
+    display->OnAddressChange(browser_, frame.get(), Cef(url));
+  }
+  RefreshHistory({});
 }
 
 void PageEvents::OnFrameStartedLoading(const QString& frame_id) {
@@ -428,7 +489,15 @@ void PageEvents::OnFrameStoppedLoading(const QString& frame_id) {
   }
   loading_frames_.erase(frame_id);
   if (loading_ && loading_frames_.empty()) {
-    UpdateLoading(false);
+    // The loading state carries the history as it is now.
+    RefreshHistory([this] {
+      if (blank_entry_id_ >= 0 && !blank_dropped_) {
+        blank_dropped_ = true;
+        browser_->SendPageCommand(
+            QStringLiteral("Page.resetNavigationHistory"), {});
+      }
+      UpdateLoading(false);
+    });
   }
 }
 
@@ -504,7 +573,20 @@ void PageEvents::ReportLoadError(const QString& frame_id,
   if (!frame || !load) {
     return;
   }
-  const NetError error = NetErrorFromText(error_text);
+  QString reported = error_text;
+  if (browser_->navigation_policy_) {
+    reported = browser_->navigation_policy_->OnLoadFailed(browser_, loader_id,
+                                                          error_text);
+    if (reported.isEmpty()) {
+      return;
+    }
+  }
+  NetError error = NetErrorFromText(reported);
+  // Chromium hands a scheme it does not know to the desktop and aborts;
+  // CEF, which has no desktop to ask, calls it unknown.
+  if (error.code == ERR_ABORTED && !KnownScheme(url)) {
+    error = NetErrorFromText(QStringLiteral("net::ERR_UNKNOWN_URL_SCHEME"));
+  }
   load->OnLoadError(browser_, frame.get(), error.code, error.name, Cef(url));
 }
 
@@ -548,6 +630,14 @@ void PageEvents::OnException(const QJsonObject& params) {
     message += ' ' + what;
   }
   QString source = Str(details, "url");
+  if (source.isEmpty()) {
+    const QJsonArray frames = Obj(details, "stackTrace")
+                                  .value(QLatin1String("callFrames"))
+                                  .toArray();
+    if (!frames.isEmpty()) {
+      source = Str(frames.first().toObject(), "url");
+    }
+  }
   if (source.isEmpty()) {
     source = SourceOfContext(
         details.value(QLatin1String("executionContextId")).toInt());
@@ -664,11 +754,7 @@ void PageEvents::OnPopupAttached(const QJsonObject& params) {
         &no_javascript_access);
   }
   if (cancel || !popup.client || !browser_->IsValid()) {
-    if (std::shared_ptr<DevToolsSession> session =
-            browser_->chromium_->session()) {
-      session->sendCommand(QStringLiteral("Target.closeTarget"),
-                           QJsonObject{{"targetId", target_id}}, QString(), {});
-    }
+    browser_->chromium_->DiscardTarget(target_id, session_id);
     return;
   }
   BrowserImpl::CreatePopup(browser_, std::move(popup), target_id, session_id);

@@ -14,11 +14,13 @@
 #include <QJsonObject>
 #include <QString>
 
+#include "include/internal/cef_ptr.h"
 #include "include/internal/cef_types.h"
 
 namespace cefengine {
 
 class BrowserImpl;
+class FrameImpl;
 
 // Engine UI thread only. Owned by its browser.
 class PageEvents {
@@ -59,11 +61,14 @@ class PageEvents {
   // Holds back later events until |method| answered and |then| ran.
   void Await(const QString& method,
              const QJsonObject& params,
-             std::function<void(const QJsonObject& result)> then);
-  // Asks for the history, then runs |then|.
-  void RefreshHistory(std::function<void()> then);
+             std::function<void(const QJsonObject& result,
+                                const QJsonObject& error)> then);
+  // Asks for the history, then runs |then| (may be empty).
+  void RefreshHistory(std::function<void()> then, int attempt = 0);
 
   void OnFrameNavigated(const QJsonObject& params);
+
+  void OnFrameRequestedNavigation(const QJsonObject& params);
   void OnSameDocumentNavigation(const QJsonObject& params);
   void OnFrameStartedLoading(const QString& frame_id);
   void OnFrameStoppedLoading(const QString& frame_id);
@@ -100,8 +105,17 @@ class PageEvents {
   std::set<QString> reported_loaders_;                  // errors told once
   std::map<QString, int> contexts_;                     // frame -> context
   std::deque<QJsonObject> window_opens_;                // Page.windowOpen
+  static constexpr int kHistoryAttempts = 5;
+  static constexpr int kHistoryRetryDelayMs = 50;
+
+  // The next main-frame commit's transition, as the browser asked for it,
+  // else as the page asked for it.
   std::optional<cef_transition_type_t> expected_transition_;
+  std::optional<cef_transition_type_t> requested_transition_;
   bool has_committed_ = false;
+  bool history_seen_ = false;
+  int blank_entry_id_ = -1;
+  bool blank_dropped_ = false;
   bool crashed_ = false;
   QString title_;
 };

@@ -216,7 +216,6 @@ bool DevToolsSession::isConnected() const {
 
 // Reader thread.
 void DevToolsSession::onMessage(const QByteArray& message) {
-  if (getenv("BROVIA_TEST_TRACE")) fprintf(stderr, "RAW %s\n", message.left(120).constData());
   QJsonParseError parseError;
   const QJsonDocument document = QJsonDocument::fromJson(message, &parseError);
   if (parseError.error != QJsonParseError::NoError) {

@@ -24,7 +24,6 @@ FrameDecoder::~FrameDecoder() {
 void FrameDecoder::Submit(QString base64Png) {
   {
     std::lock_guard<std::mutex> lock(mutex_);
-    ++stats_.submitted;
     const size_t limit = minInterval_.count() > 0 ? 1 : kMaxWaiting;
     while (waiting_.size() >= limit) {
       waiting_.pop_front();

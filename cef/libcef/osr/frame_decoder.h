@@ -32,8 +32,8 @@ class FrameDecoder {
     std::vector<CefRect> dirtyRects;
   };
 
+  // What became of the frames submitted.
   struct Stats {
-    uint64_t submitted = 0;
     // Dropped for newer frames before decoding began.
     uint64_t superseded = 0;
     // Not a PNG the decoder could read; dropped.

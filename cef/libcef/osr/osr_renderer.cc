@@ -19,11 +19,12 @@ namespace {
 }  // namespace
 
 void OsrRenderer::OnAttached(BrowserImpl* browser) {
-  // Nobody to paint for: Chromium need not make frames at all.
-  if (!browser->render_handler())
+  // No page, or nobody to paint for: Chromium need not make frames at all.
+  DevToolsSession* session = browser->devtools();
+  if (!session || !browser->render_handler())
     return;
   source_ = std::make_unique<ScreencastSource>(
-      browser->devtools(), browser->session_id(),
+      session, browser->session_id(),
       [](std::function<void()> task) { PostUiTask(std::move(task)); },
       [this, browser](const QImage& image,
                       const std::vector<CefRect>& dirtyRects) {
@@ -56,7 +57,10 @@ void OsrRenderer::OnFrameRateChanged(BrowserImpl* browser, int frame_rate) {
 }
 
 void OsrRenderer::OnDetached(BrowserImpl* browser) {
-  source_.reset();
+  if (source_) {
+    source_->Detach();
+    source_.reset();
+  }
 }
 
 void OsrRenderer::Paint(BrowserImpl* browser,

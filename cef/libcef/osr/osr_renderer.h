@@ -14,7 +14,9 @@
 
 namespace cefengine {
 
-// The browser's RenderObserver; every call on the engine UI thread.
+// The browser's RenderObserver; every call on the engine UI thread. Destroyed
+// without OnDetached (a browser still open at CefShutdown), it leaves the
+// DevTools session alone, which is gone by then.
 // Frames come in Chromium's device pixels: the view's logical size times the
 // scale its Chromium process was started with (see
 // BrowserImpl::chromium_scale_factor).
@@ -29,9 +31,6 @@ class OsrRenderer : public RenderObserver {
   void OnFrameRateChanged(BrowserImpl* browser, int frame_rate) override;
   // Blocks until the decoder thread ends (at most one frame's decoding).
   void OnDetached(BrowserImpl* browser) override;
-
-  // The page's frame source; null outside OnAttached..OnDetached.
-  ScreencastSource* source() const { return source_.get(); }
 
  private:
   void Paint(BrowserImpl* browser,

@@ -34,8 +34,11 @@ ScreencastSource::ScreencastSource(DevToolsSession* session,
       });
 }
 
-ScreencastSource::~ScreencastSource() {
+ScreencastSource::~ScreencastSource() = default;
+
+void ScreencastSource::Detach() {
   session_->unsubscribe(subscription_);
+  running_ = false;
 }
 
 void ScreencastSource::Start() {
@@ -66,7 +69,6 @@ void ScreencastSource::SendStart() {
 void ScreencastSource::Invalidate() {
   if (!running_ || decoder_->RequestFullFrame() || last_frame_.isNull())
     return;
-  ++delivered_;
   sink_(last_frame_, {DirtyRects::Whole(last_frame_)});
 }
 
@@ -77,18 +79,9 @@ void ScreencastSource::SetFrameRate(int framesPerSecond) {
                                             1000000 / rate));
 }
 
-ScreencastSource::Stats ScreencastSource::stats() const {
-  Stats stats;
-  stats.produced = produced_;
-  stats.delivered = delivered_;
-  stats.decoder = decoder_->stats();
-  return stats;
-}
-
 void ScreencastSource::OnEvent(const QString& method,
                                const QJsonObject& params) {
   if (method == QLatin1String("Page.screencastFrame")) {
-    ++produced_;
     // Acknowledged before anything else: Chromium sends the next frame only
     // after this.
     session_->sendCommand("Page.screencastFrameAck",
@@ -98,9 +91,12 @@ void ScreencastSource::OnEvent(const QString& method,
       return;
     frame_since_start_ = true;
     decoder_->Submit(params.value("data").toString());
-  } else if (method == QLatin1String("Page.loadEventFired")) {
-    // A screencast started just as a navigation began may stay silent for
-    // good; starting it again wakes it.
+  } else if ((method == QLatin1String("Page.frameNavigated") &&
+              !params.value("frame").toObject().contains("parentId")) ||
+             method == QLatin1String("Page.loadEventFired")) {
+    // A screencast started before the page's first document (or just as a
+    // navigation began) may stay silent for good; starting it again once the
+    // main frame has committed, and again at the load if need be, wakes it.
     if (running_ && !frame_since_start_) {
       session_->sendCommand("Page.stopScreencast", {}, session_id_, {});
       SendStart();
@@ -113,7 +109,6 @@ void ScreencastSource::Deliver(FrameDecoder::Frame frame) {
   if (!running_)
     return;
   last_frame_ = std::move(frame.image);
-  ++delivered_;
   sink_(last_frame_, frame.dirtyRects);
 }
 

@@ -5,7 +5,6 @@
 #ifndef CEF_LIBCEF_OSR_SCREENCAST_SOURCE_H_
 #define CEF_LIBCEF_OSR_SCREENCAST_SOURCE_H_
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -32,28 +31,25 @@ class ScreencastSource {
   using Sink = std::function<void(const QImage& image,
                                   const std::vector<CefRect>& dirtyRects)>;
 
-  struct Stats {
-    // Page.screencastFrame events received.
-    uint64_t produced = 0;
-    uint64_t delivered = 0;
-    FrameDecoder::Stats decoder;
-  };
-
   ScreencastSource(DevToolsSession* session,
                    QString sessionId,
                    Post post,
                    Sink sink);
   ScreencastSource(const ScreencastSource&) = delete;
   ScreencastSource& operator=(const ScreencastSource&) = delete;
-  // Stops the screencast and waits for the decoder thread to end (at most one
-  // frame's decoding). No sink call afterwards.
+  // Waits for the decoder thread to end (at most one frame's decoding). Does
+  // not touch the session, which may be gone by then (engine shutdown); see
+  // Detach. No sink call afterwards.
   ~ScreencastSource();
+
+  // Stops listening to the session, while it still lives: the page is going.
+  // The screencast itself ends with the page.
+  void Detach();
 
   // Starts or stops Chromium's screencast; while stopped nothing reaches the
   // sink, and the first frame after a start goes out whole.
   void Start();
   void Stop();
-  bool running() const { return running_; }
 
   // The sink gets a whole frame again: the one on its way if there is one,
   // else the last frame once more. Nothing before the first frame.
@@ -62,11 +58,6 @@ class ScreencastSource {
   // At most |framesPerSecond| frames reach the sink (1..60; 60 and above
   // mean as many as Chromium makes).
   void SetFrameRate(int framesPerSecond);
-
-  // The last frame given to the sink; null before the first.
-  const QImage& last_frame() const { return last_frame_; }
-
-  Stats stats() const;
 
   // Screencast limits, far above any view.
   static constexpr int kMaxFrameSide = 16384;
@@ -86,8 +77,7 @@ class ScreencastSource {
   bool running_ = false;
   // A frame has come since the last start.
   bool frame_since_start_ = false;
-  uint64_t produced_ = 0;
-  uint64_t delivered_ = 0;
+  // The last frame given to the sink, for Invalidate.
   QImage last_frame_;
   // Declared last: destroyed (joined) first, while the rest is still there.
   std::unique_ptr<FrameDecoder> decoder_;

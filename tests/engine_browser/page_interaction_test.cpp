@@ -1,0 +1,137 @@
+// Input, scripts, frames and page content through the browser's host and
+// frames, checked inside the page.
+
+#include <thread>
+
+#include "browser_test_support.h"
+#include "include/cef_string_visitor.h"
+#include "libcef/browser/browser_impl.h"
+
+namespace engine_browser_test {
+namespace {
+
+// A value of the main frame's script, or null when it failed or timed out.
+QJsonValue Evaluate(CefRefPtr<CefBrowser> browser, const std::string& expression) {
+  auto result = std::make_shared<std::pair<QJsonValue, cef_runtime_test::Signal>>();
+  Impl(browser)->Evaluate(QString(), QString::fromStdString(expression),
+                          [result](const QJsonValue& value, const QString&) {
+                            result->first = value;
+                            result->second.Notify();
+                          });
+  return result->second.Wait() ? result->first : QJsonValue();
+}
+
+class Visitor : public CefStringVisitor {
+ public:
+  void Visit(const CefString& string) override {
+    text = string.ToString();
+    done.Notify();
+  }
+  std::string text;
+  cef_runtime_test::Signal done;
+  IMPLEMENT_REFCOUNTING(Visitor);
+};
+
+void Type(CefRefPtr<CefBrowserHost> host, char16_t character, int key_code, uint32_t modifiers) {
+  CefKeyEvent event;
+  event.modifiers = modifiers;
+  event.windows_key_code = key_code;
+  event.character = event.unmodified_character = character;
+  for (cef_key_event_type_t type : {KEYEVENT_RAWKEYDOWN, KEYEVENT_CHAR, KEYEVENT_KEYUP}) {
+    event.type = type;
+    if (type == KEYEVENT_CHAR) event.windows_key_code = character;
+    host->SendKeyEvent(event);
+    event.windows_key_code = key_code;
+  }
+}
+
+TEST(BrowserPage, KeyboardMouseWheelEditingAndFocusReachThePage) {
+  if (!ChromiumAvailable()) GTEST_SKIP() << "no Chromium installed";
+  RunInFreshProcess([] {
+    ASSERT_TRUE(StartEngine());
+    CefRefPtr<TestClient> client = new TestClient;
+    CefRefPtr<CefBrowser> browser = OpenBrowser(
+        client,
+        "data:text/html,<input id=i style='position:absolute;left:10px;top:10px;width:200px'>"
+        "<div style='height:5000px'></div><script>"
+        "i.addEventListener('keydown', e => console.log('key', e.key, e.code, e.shiftKey));"
+        "i.addEventListener('mousedown', e => console.log('mouse', e.button, e.detail));"
+        "</script>");
+    ASSERT_TRUE(browser);
+    ASSERT_TRUE(client->WaitFor("loading 000"));
+    CefRefPtr<CefBrowserHost> host = browser->GetHost();
+    host->SetFocus(true);
+
+    CefMouseEvent mouse;
+    mouse.x = 50;
+    mouse.y = 20;
+    host->SendMouseMoveEvent(mouse, false);
+    host->SendMouseClickEvent(mouse, MBT_LEFT, false, 1);
+    host->SendMouseClickEvent(mouse, MBT_LEFT, true, 1);
+    EXPECT_TRUE(client->WaitFor("console 2 mouse 0 1"));
+    EXPECT_EQ(Evaluate(browser, "document.activeElement.id").toString(), "i");
+    EXPECT_TRUE(Evaluate(browser, "document.hasFocus()").toBool());
+
+    Type(host, 'a', 'A', 0);
+    Type(host, 'B', 'B', EVENTFLAG_SHIFT_DOWN);
+    EXPECT_TRUE(client->WaitFor("console 2 key B KeyB true"));
+    EXPECT_GE(TestClient::Find(client->events(), "console 2 key a KeyA false"), 0);
+    EXPECT_EQ(Evaluate(browser, "i.value").toString(), "aB");
+
+    browser->GetMainFrame()->SelectAll();
+    EXPECT_EQ(Evaluate(browser, "i.selectionStart + ',' + i.selectionEnd").toString(), "0,2");
+
+    // A negative CEF delta scrolls down, as a wheel turned towards the user.
+    host->SendMouseWheelEvent(mouse, 0, -240);
+    double scrolled = 0;
+    for (int attempt = 0; attempt < 50 && scrolled <= 0; ++attempt) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+      scrolled = Evaluate(browser, "window.scrollY").toDouble();
+    }
+    EXPECT_GT(scrolled, 0);
+    StopEngine(client);
+  });
+}
+
+TEST(BrowserPage, ScriptsSourceTextAndFrames) {
+  if (!ChromiumAvailable()) GTEST_SKIP() << "no Chromium installed";
+  RunInFreshProcess([] {
+    ASSERT_TRUE(StartEngine());
+    CefRefPtr<TestClient> client = new TestClient;
+    CefRefPtr<CefBrowser> browser = OpenBrowser(
+        client, "data:text/html,<p>Hello page</p><iframe name=child srcdoc='<p>inner</p>'></iframe>");
+    ASSERT_TRUE(browser);
+    ASSERT_TRUE(client->WaitFor("loading 000"));
+    EXPECT_GE(TestClient::Find(client->events(), "load-start 3 about:srcdoc"), 0)
+        << "a frame's own load";
+    ASSERT_EQ(browser->GetFrameCount(), 2u);
+    CefRefPtr<CefFrame> child = browser->GetFrameByName("child");
+    ASSERT_TRUE(child);
+    EXPECT_FALSE(child->IsMain());
+    EXPECT_TRUE(child->GetParent()->IsMain());
+    EXPECT_EQ(browser->GetFrameByIdentifier(child->GetIdentifier()).get(), child.get());
+
+    size_t before = client->count();
+    child->ExecuteJavaScript("console.log(document.body.innerText)", "", 0);
+    EXPECT_TRUE(client->WaitFor("console 2 inner", before));
+    before = client->count();
+    browser->GetMainFrame()->ExecuteJavaScript("throw new Error('bad')", "https://x.test/s.js", 5);
+    ASSERT_TRUE(client->WaitFor("console 4", before));
+    EXPECT_EQ(client->events()[TestClient::Find(client->events(), "console 4", before)],
+              "console 4 Uncaught Error: bad @https://x.test/s.js:5");
+
+    CefRefPtr<Visitor> source = new Visitor;
+    browser->GetMainFrame()->GetSource(source);
+    ASSERT_TRUE(source->done.Wait());
+    EXPECT_NE(source->text.find("<p>Hello page</p>"), std::string::npos) << source->text;
+    CefRefPtr<Visitor> text = new Visitor;
+    browser->GetMainFrame()->GetText(text);
+    ASSERT_TRUE(text->done.Wait());
+    EXPECT_EQ(text->text.find("Hello page"), 0u) << text->text;
+    child = nullptr;
+    StopEngine(client);
+  });
+}
+
+}  // namespace
+}  // namespace engine_browser_test

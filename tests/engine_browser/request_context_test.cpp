@@ -1,0 +1,120 @@
+// Request contexts: one Chromium and profile per cache path, shared storage,
+// preferences, and what CefShutdown leaves behind.
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include "browser_test_support.h"
+#include "include/cef_request_context_handler.h"
+
+namespace engine_browser_test {
+namespace {
+
+class ContextHandler : public CefRequestContextHandler {
+ public:
+  void OnRequestContextInitialized(CefRefPtr<CefRequestContext> context) override {
+    on_ui = CefCurrentlyOn(TID_UI);
+    initialized.Notify();
+  }
+  bool on_ui = false;
+  cef_runtime_test::Signal initialized;
+  IMPLEMENT_REFCOUNTING(ContextHandler);
+};
+
+bool Listening(int port) {
+  const int fd = socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(port);
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  const bool connected = connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof(address)) == 0;
+  close(fd);
+  return connected;
+}
+
+QStringList TemporaryProfiles() {
+  return QDir(QDir::tempPath()).entryList({"brovia-profile-*"}, QDir::Dirs);
+}
+
+TEST(RequestContexts, CachePathsMakeChromiumsAndStorageIsShared) {
+  if (!ChromiumAvailable()) GTEST_SKIP() << "no Chromium installed";
+  RunInFreshProcess([] {
+    EXPECT_FALSE(CefRequestContext::GetGlobalContext()) << "no engine yet";
+    QTemporaryDir root;
+    const QString global_path = root.filePath("global");
+    const QString own_path = root.filePath("own");
+    const int port = UnusedPort();
+    ASSERT_TRUE(StartEngine([&](CefSettings& settings) {
+      CefString(&settings.root_cache_path) = root.path().toStdString();
+      CefString(&settings.cache_path) = (global_path + "/../global").toStdString();
+      settings.remote_debugging_port = port;
+    }));
+    CefRefPtr<CefRequestContext> global = CefRequestContext::GetGlobalContext();
+    ASSERT_TRUE(global);
+    EXPECT_TRUE(global->IsGlobal());
+    EXPECT_EQ(global->GetCachePath().ToString(), global_path.toStdString()) << "made clean";
+
+    CefRequestContextSettings settings;
+    CefString(&settings.cache_path) = own_path.toStdString();
+    CefRefPtr<ContextHandler> handler = new ContextHandler;
+    CefRefPtr<CefRequestContext> own = CefRequestContext::CreateContext(settings, handler);
+    ASSERT_TRUE(own);
+    EXPECT_TRUE(handler->initialized.Wait());
+    EXPECT_TRUE(handler->on_ui);
+    EXPECT_FALSE(own->IsGlobal());
+    EXPECT_FALSE(own->IsSharingWith(global));
+    EXPECT_EQ(own->GetHandler().get(), handler.get());
+    CefRefPtr<CefRequestContext> sharing = CefRequestContext::CreateContext(own, nullptr);
+    ASSERT_TRUE(sharing);
+    EXPECT_TRUE(sharing->IsSharingWith(own));
+    EXPECT_FALSE(sharing->IsSame(own));
+    EXPECT_EQ(sharing->GetCachePath().ToString(), own_path.toStdString());
+
+    CefRefPtr<CefValue> value = CefValue::Create();
+    value->SetInt(5);
+    CefString error;
+    EXPECT_TRUE(sharing->SetPreference("brovia.test", value, error));
+    ASSERT_TRUE(own->GetPreference("brovia.test"));
+    EXPECT_EQ(own->GetPreference("brovia.test")->GetInt(), 5);
+    EXPECT_FALSE(global->HasPreference("brovia.test"));
+    EXPECT_TRUE(sharing->SetPreference("brovia.test", nullptr, error));
+    EXPECT_FALSE(own->HasPreference("brovia.test"));
+
+    CefRefPtr<TestClient> client = new TestClient;
+    CefRefPtr<CefBrowser> in_global = OpenBrowser(client, "data:text/html,global");
+    CefRefPtr<CefBrowser> in_own = OpenBrowser(client, "data:text/html,own", own);
+    CefRefPtr<CefBrowser> in_sharing = OpenBrowser(client, "data:text/html,sharing", sharing);
+    ASSERT_TRUE(in_global && in_own && in_sharing);
+    EXPECT_TRUE(in_own->GetHost()->GetRequestContext()->IsSame(own));
+    const pid_t global_pid = Impl(in_global)->devtools()->pid();
+    EXPECT_NE(global_pid, Impl(in_own)->devtools()->pid());
+    EXPECT_EQ(Impl(in_own)->devtools()->pid(), Impl(in_sharing)->devtools()->pid());
+    EXPECT_TRUE(QDir(global_path).exists("Default")) << "Chromium keeps its profile there";
+    EXPECT_TRUE(QDir(own_path).exists("Default"));
+    EXPECT_TRUE(Listening(port)) << "remote debugging was asked for";
+    in_global = in_own = in_sharing = nullptr;
+    StopEngine(client);
+  });
+}
+
+TEST(RequestContexts, TemporaryProfileGoesAtShutdown) {
+  if (!ChromiumAvailable()) GTEST_SKIP() << "no Chromium installed";
+  RunInFreshProcess([] {
+    const QStringList before = TemporaryProfiles();
+    ASSERT_TRUE(StartEngine());
+    CefRefPtr<TestClient> client = new TestClient;
+    ASSERT_TRUE(OpenBrowser(client, "data:text/html,x"));
+    EXPECT_EQ(TemporaryProfiles().size(), before.size() + 1);
+    EXPECT_TRUE(CefRequestContext::GetGlobalContext()->GetCachePath().empty());
+    StopEngine(client);
+    EXPECT_EQ(TemporaryProfiles(), before);
+  });
+}
+
+}  // namespace
+}  // namespace engine_browser_test
