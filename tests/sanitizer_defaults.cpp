@@ -6,5 +6,6 @@ extern "C" const char* __lsan_default_suppressions()
     return "leak:libqoffscreen.so\n"
            "leak:libfontconfig.so\n"
            "leak:libdbus-1.so\n"
-           "leak:libglib-2.0.so\n";
+           "leak:libglib-2.0.so\n"
+           "leak:libcrypto.so\n";
 }

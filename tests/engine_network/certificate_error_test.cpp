@@ -2,6 +2,7 @@
 // certificate, decided by the client with the server's certificate in hand.
 
 #include "network_test_support.h"
+#include "support/test_servers.h"
 
 namespace engine_network_test {
 namespace {
@@ -9,7 +10,7 @@ namespace {
 TEST(CertificateErrors, ClientSeesTheServersCertificateAndDecides) {
   if (!ChromiumAvailable()) GTEST_SKIP() << "no Chromium installed";
   RunInFreshProcess([] {
-    HttpsServer server;
+    brovia_test::HttpsServer server;
     ASSERT_TRUE(server.running());
     ASSERT_TRUE(StartEngine());
     CefRefPtr<NetworkClient> client = new NetworkClient;

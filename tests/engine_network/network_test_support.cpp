@@ -6,7 +6,6 @@
 #include <QBuffer>
 #include <QFile>
 #include <QImage>
-#include <QRegularExpression>
 
 #include "include/cef_ssl_info.h"
 #include "include/wrapper/cef_helpers.h"
@@ -44,7 +43,6 @@ std::string Flag(const char* name, bool value) {
 
 void Recorder::Record(const std::string& event) {
   std::lock_guard<std::mutex> lock(mutex_);
-  if (getenv("JTRACE")) if (FILE* f = fopen(getenv("JTRACE"), "a")) { fprintf(f, "EV %s\n", event.c_str()); fclose(f); }  // JTRACE
   events_.push_back(event);
   changed_.notify_all();
 }
@@ -255,51 +253,6 @@ void HttpServer::AddFile(const QString& name, const QByteArray& content) {
 
 std::string HttpServer::Url(const std::string& path) const {
   return "http://127.0.0.1:" + std::to_string(port_) + path;
-}
-
-HttpsServer::HttpsServer() {
-  const QString key = dir_.filePath(QStringLiteral("key.pem"));
-  const QString cert = dir_.filePath(QStringLiteral("cert.pem"));
-  QProcess generate;
-  generate.start(QStringLiteral("openssl"),
-                 {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout",
-                  key, "-out", cert, "-days", "2", "-subj",
-                  "/CN=brovia.test/O=Brovia Tests"});
-  if (!generate.waitForFinished(30000) || generate.exitCode() != 0) {
-    return;
-  }
-  QFile pem(cert);
-  if (!pem.open(QIODevice::ReadOnly)) {
-    return;
-  }
-  pem_ = pem.readAll();
-  process_.start(QStringLiteral("openssl"),
-                 {"s_server", "-accept", "127.0.0.1:0", "-cert", cert, "-key",
-                  key, "-www"});
-  if (!process_.waitForStarted(10000)) {
-    return;
-  }
-  // It names its port on the first lines: "ACCEPT 127.0.0.1:PORT".
-  static const QRegularExpression kAccept(QStringLiteral("ACCEPT .*:(\\d+)"));
-  for (int attempt = 0; attempt < 20 && port_ == 0; ++attempt) {
-    if (!process_.canReadLine() && !process_.waitForReadyRead(500)) {
-      continue;
-    }
-    while (process_.canReadLine()) {
-      const QRegularExpressionMatch match =
-          kAccept.match(QString::fromLatin1(process_.readLine()));
-      if (match.hasMatch()) port_ = match.captured(1).toInt();
-    }
-  }
-}
-
-HttpsServer::~HttpsServer() {
-  process_.kill();
-  process_.waitForFinished(5000);
-}
-
-std::string HttpsServer::Url(const std::string& path) const {
-  return "https://127.0.0.1:" + std::to_string(port_) + path;
 }
 
 }  // namespace engine_network_test

@@ -1,5 +1,5 @@
-// A client that records what the navigation gate asks and reports, loopback
-// HTTP and HTTPS servers, and engine start and stop for tests that drive the
+// A client that records what the navigation gate asks and reports, a
+// loopback HTTP server, and engine start and stop for tests that drive the
 // real Chromium.
 
 #ifndef TESTS_ENGINE_NETWORK_NETWORK_TEST_SUPPORT_H_
@@ -160,22 +160,6 @@ class HttpServer {
  private:
   QTemporaryDir dir_;
   QProcess process_;
-  int port_ = 0;
-};
-
-// openssl s_server on 127.0.0.1 with a self-signed certificate made for it.
-class HttpsServer {
- public:
-  HttpsServer();
-  ~HttpsServer();
-  bool running() const { return port_ > 0; }
-  std::string Url(const std::string& path) const;
-  const QByteArray& certificate_pem() const { return pem_; }
-
- private:
-  QTemporaryDir dir_;
-  QProcess process_;
-  QByteArray pem_;
   int port_ = 0;
 };
 

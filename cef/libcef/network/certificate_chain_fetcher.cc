@@ -13,6 +13,7 @@
 #include <cerrno>
 #include <memory>
 
+#include <openssl/crypto.h>
 #include <openssl/ssl.h>
 #include <openssl/x509.h>
 
@@ -167,16 +168,21 @@ std::vector<std::string> FetchCertificateChain(
   }
   std::unique_ptr<addrinfo, AddrInfoFree> addresses(found);
   ScopedSigpipeBlock no_sigpipe;
+  std::vector<std::string> chain;
   for (const addrinfo* address = found; address; address = address->ai_next) {
     Socket socket(Connect(*address, deadline));
     if (socket.fd() >= 0) {
-      return Handshake(socket.fd(), name);
+      chain = Handshake(socket.fd(), name);
+      break;
     }
     if (MillisLeft(deadline) == 0) {
       break;
     }
   }
-  return {};
+  // The calling thread serves others and may outlive the process's orderly
+  // end: OpenSSL's state for it (its error queue) goes now.
+  OPENSSL_thread_stop();
+  return chain;
 }
 
 }  // namespace cefengine

@@ -70,6 +70,10 @@ void NavigationGate::OnAttached(BrowserImpl* browser) {
     return;
   }
   // Sent before the page runs, so that its first navigation is paused too.
+  // Every request, not only documents: once Fetch is on at all Chromium
+  // routes each request through its interceptor, and pausing the rest as
+  // well adds little to a page load, while any client (a resource request
+  // handler, a scheme factory registered later) may want them.
   session->sendCommand(
       QStringLiteral("Fetch.enable"),
       QJsonObject{{"patterns",

@@ -10,11 +10,6 @@ void CefPostDataElementImpl::SetReadOnly(bool read_only) {
   read_only_ = read_only;
 }
 
-std::string CefPostDataElementImpl::bytes() {
-  std::lock_guard<std::mutex> lock(mutex_);
-  return bytes_;
-}
-
 bool CefPostDataElementImpl::IsReadOnly() {
   std::lock_guard<std::mutex> lock(mutex_);
   return read_only_;

@@ -16,8 +16,6 @@ class CefPostDataElementImpl : public CefPostDataElement {
   CefPostDataElementImpl() = default;
 
   void SetReadOnly(bool read_only);
-  // The bytes of a PDE_TYPE_BYTES element, empty otherwise.
-  std::string bytes();
 
   bool IsReadOnly() override;
   void SetToEmpty() override;

@@ -75,9 +75,9 @@ class ResourceHandlerRunner
   template <typename Arg>
   std::function<void(Arg)> Deferred(void (ResourceHandlerRunner::*step)(Arg)) {
     std::shared_ptr<ResourceHandlerRunner> self = shared_from_this();
-    return [self, step](Arg value) { self->Post([self, step, value] {
-      ((*self).*step)(value);
-    }); };
+    return [self, step](Arg value) {
+      self->Post([self, step, value] { ((*self).*step)(value); });
+    };
   }
   // Runs |step| later on the IO thread unless the request has ended.
   void Post(std::function<void()> step);
@@ -89,7 +89,7 @@ class ResourceHandlerRunner
   bool finished_ = false;
   int64_t range_start_ = 0;
   int64_t range_skipped_ = 0;
-  int64_t length_ = -1;  // bytes wanted, -1 until the body ends by itself
+  int64_t length_ = -1;  // bytes wanted; -1: until the handler ends it
   std::vector<char> buffer_;
   ServedResponse response_;
 };
