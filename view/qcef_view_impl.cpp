@@ -430,26 +430,28 @@ QVariant QCefViewImpl::inputMethodQuery(Qt::InputMethodQuery query) const
     return QWidget::inputMethodQuery(query);
 }
 
-void QCefViewImpl::setViewPortMinimumSize(const QSize& size)
+bool QCefViewImpl::applyViewPortMinimumSize(const QSize& size)
 {
-    BROVIA_INSTRUMENT("setViewPortMinimumSize");
     CefRefPtr<CefBrowserHost> host = browserHost();
     if (!host)
-        return;
+        return false;
     setMinimumSize(size.width(), size.height());
     host->NotifyMoveOrResizeStarted();
     host->WasResized();
+    return true;
+}
+
+void QCefViewImpl::setViewPortMinimumSize(const QSize& size)
+{
+    BROVIA_INSTRUMENT("setViewPortMinimumSize");
+    applyViewPortMinimumSize(size);
 }
 
 void QCefViewImpl::setViewPortMinimumSizeSync(const QSize& size)
 {
     BROVIA_INSTRUMENT("setViewPortMinimumSizeSync");
-    CefRefPtr<CefBrowserHost> host = browserHost();
-    if (!host)
+    if (!applyViewPortMinimumSize(size))
         return;
-    setMinimumSize(size.width(), size.height());
-    host->NotifyMoveOrResizeStarted();
-    host->WasResized();
     // Spins without limit and without Qt events until a frame of at least that size is painted:
     // the caller promises that one comes.
     for (;;)

@@ -92,6 +92,8 @@ private:
     void connectBrowserClient();
     // The browser's host, or null without client or browser.
     CefRefPtr<CefBrowserHost> browserHost() const;
+    // Sets the widget's minimum and tells the engine; false without a browser, changing nothing.
+    bool applyViewPortMinimumSize(const QSize& size);
 
     int m_renderingMode;
     int m_keyboardMode;
