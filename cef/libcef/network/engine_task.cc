@@ -21,9 +21,10 @@ class FunctionTask : public CefTask {
 
 }  // namespace
 
-bool PostEngineTask(cef_thread_id_t thread, std::function<void()> task) {
+bool PostEngineTask(cef_thread_id_t thread, std::function<void()> task,
+                    int64_t delay_ms) {
   TaskQueue* queue = Context::Get()->threads().QueueFor(thread);
-  return queue && queue->Post(new FunctionTask(std::move(task)), 0);
+  return queue && queue->Post(new FunctionTask(std::move(task)), delay_ms);
 }
 
 void RunOnIoThread(std::function<void()> task) {
