@@ -2,22 +2,15 @@
 
 #include <atomic>
 
-#include <QString>
-
+#include "libcef/network/header_map.h"
 #include "libcef/network/post_data_impl.h"
 
 namespace cefengine {
 
 namespace {
 
-bool SameName(const CefString& a, const CefString& b) {
-  return QString::fromStdString(a.ToString())
-             .compare(QString::fromStdString(b.ToString()),
-                      Qt::CaseInsensitive) == 0;
-}
-
 bool IsReferer(const CefString& name) {
-  return SameName(name, "Referer");
+  return SameHeaderName(name, "Referer");
 }
 
 }  // namespace
@@ -134,12 +127,7 @@ void CefRequestImpl::SetHeaderMapLocked(const HeaderMap& headerMap) {
 
 CefString CefRequestImpl::GetHeaderByName(const CefString& name) {
   std::lock_guard<std::mutex> lock(mutex_);
-  for (const auto& [key, value] : headers_) {
-    if (SameName(key, name)) {
-      return value;
-    }
-  }
-  return CefString();
+  return FindHeader(headers_, name);
 }
 
 void CefRequestImpl::SetHeaderByName(const CefString& name,
@@ -149,23 +137,7 @@ void CefRequestImpl::SetHeaderByName(const CefString& name,
   if (read_only_ || name.empty() || IsReferer(name)) {
     return;
   }
-  bool found = false;
-  for (auto it = headers_.begin(); it != headers_.end();) {
-    if (!SameName(it->first, name)) {
-      ++it;
-    } else if (!overwrite) {
-      return;
-    } else if (!found) {
-      it->second = value;
-      found = true;
-      ++it;
-    } else {
-      it = headers_.erase(it);
-    }
-  }
-  if (!found) {
-    headers_.emplace(name, value);
-  }
+  SetHeader(headers_, name, value, overwrite);
 }
 
 void CefRequestImpl::Set(const CefString& url,

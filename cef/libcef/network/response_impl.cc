@@ -1,18 +1,9 @@
 #include "libcef/network/response_impl.h"
 
-#include <QString>
+#include "libcef/network/header_map.h"
 
 namespace cefengine {
 
-namespace {
-
-bool SameName(const CefString& a, const CefString& b) {
-  return QString::fromStdString(a.ToString())
-             .compare(QString::fromStdString(b.ToString()),
-                      Qt::CaseInsensitive) == 0;
-}
-
-}  // namespace
 
 bool CefResponseImpl::IsReadOnly() {
   return false;
@@ -70,12 +61,7 @@ void CefResponseImpl::SetCharset(const CefString& charset) {
 
 CefString CefResponseImpl::GetHeaderByName(const CefString& name) {
   std::lock_guard<std::mutex> lock(mutex_);
-  for (const auto& [key, value] : headers_) {
-    if (SameName(key, name)) {
-      return value;
-    }
-  }
-  return CefString();
+  return FindHeader(headers_, name);
 }
 
 void CefResponseImpl::SetHeaderByName(const CefString& name,
@@ -85,15 +71,7 @@ void CefResponseImpl::SetHeaderByName(const CefString& name,
   if (name.empty()) {
     return;
   }
-  for (auto it = headers_.begin(); it != headers_.end(); ++it) {
-    if (SameName(it->first, name)) {
-      if (overwrite) {
-        it->second = value;
-      }
-      return;
-    }
-  }
-  headers_.emplace(name, value);
+  SetHeader(headers_, name, value, overwrite);
 }
 
 void CefResponseImpl::GetHeaderMap(HeaderMap& headerMap) {
