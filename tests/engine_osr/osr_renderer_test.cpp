@@ -24,7 +24,8 @@ namespace {
 const char kPage[] = R"(<body style="margin:0;background:#fe0102">
 <div style="position:absolute;width:160px;height:120px;background:#102030"></div>
 <div style="position:absolute;left:21px;top:7px;width:1px;height:1px;background:#abcdef"></div>
-<div id="box" style="position:absolute;left:200px;top:150px;width:40px;height:30px;background:#00ff7f"></div>
+<div id="box" style="position:absolute;left:200px;top:150px;width:40px;height:30px;background:#00ff7f"
+ onclick="this.style.background = devicePixelRatio == 2 ? '#0a0b0c' : '#0c0b0a'"></div>
 <canvas id="c" width="20" height="20" style="position:absolute;left:280px;top:200px"></canvas>
 <script>function paintCanvas() { const x = c.getContext('2d'); x.fillStyle = '#369'; x.fillRect(0, 0, 20, 20); }
 paintCanvas();</script></body>)";
@@ -79,7 +80,7 @@ class OsrClient : public CefClient, public CefLifeSpanHandler, public CefRenderH
     changed.notify_all();
   }
 
-  const int scale;
+  std::atomic<int> scale;
   std::atomic<int> width{320};
   std::mutex mutex;
   std::condition_variable changed;
@@ -197,3 +198,36 @@ TEST(OsrRendererTest, RepaintsWhatChangedNothingForTheSamePixelsAndWholeFramesWh
   });
 }
 
+
+TEST(OsrRendererTest, AChangedScaleFactorTakesEffectInTheSameChromium) {
+  RunInFreshProcess([] {
+    ASSERT_TRUE(startEngine());
+    QTemporaryDir cache;
+    CefRefPtr<OsrClient> client = new OsrClient(1);
+    open(client, cache);
+    CefRefPtr<CefBrowserHost> host = client->currentBrowser()->GetHost();
+
+    // Twice the device pixels for the same layout; the page sees the new ratio, and a click
+    // in view coordinates still lands on the box.
+    client->scale = 2;
+    host->NotifyScreenInfoChanged();
+    ASSERT_TRUE(client->waitForColour(210 * 2, 160 * 2, 0x00ff7f));
+    EXPECT_EQ(client->snapshot().back().image.size(), QSize(640, 480));
+    CefMouseEvent click;
+    click.x = 205;
+    click.y = 155;
+    host->SendMouseClickEvent(click, MBT_LEFT, false, 1);
+    host->SendMouseClickEvent(click, MBT_LEFT, true, 1);
+    EXPECT_TRUE(client->waitForColour(210 * 2, 160 * 2, 0x0a0b0c));
+    EXPECT_EQ(client->snapshot().back().image.pixel(160 * 2, 0), 0xfffe0102u);
+
+    client->scale = 1;
+    host->NotifyScreenInfoChanged();
+    ASSERT_TRUE(client->waitFor([&] { return client->paints.back().image.size() == QSize(320, 240); }));
+    host->SendMouseClickEvent(click, MBT_LEFT, false, 1);
+    host->SendMouseClickEvent(click, MBT_LEFT, true, 1);
+    EXPECT_TRUE(client->waitForColour(210, 160, 0x0c0b0a));
+    EXPECT_EQ(client->snapshot().back().image.pixel(21, 7), 0xffabcdefu);
+    closeAndShutdown(client);
+  });
+}

@@ -197,7 +197,8 @@ void BrowserImpl::Attach(const QString& session_id) {
   send("Runtime.enable", {});
   send("Network.enable", {});
   send("Log.enable", {});
-  send("Emulation.setDeviceMetricsOverride", ViewMetrics());
+  send("Emulation.setDeviceMetricsOverride", MetricsOverride());
+  send("Emulation.setVisibleSize", VisibleSize());
   QJsonObject agent{{"userAgent", chromium_->user_agent()}};
   const std::string languages = request_context_->accept_language_list();
   if (!languages.empty()) {
@@ -1036,12 +1037,51 @@ bool BrowserImpl::UpdateViewFromClient() {
   return changed;
 }
 
-QJsonObject BrowserImpl::ViewMetrics() const {
+namespace {
+
+// Chromium rasterizes at its process's factor only; a page of another factor
+// is laid out at its own and zoomed by the ratio into a view of the right
+// number of device pixels.
+double PageZoom(float scale, float painted) {
+  return painted > 0 ? static_cast<double>(scale) / painted : 1.0;
+}
+
+}  // namespace
+
+QJsonObject BrowserImpl::MetricsOverride() {
   const CefSize size = view_size();
+  const float scale = device_scale_factor();
+  const float painted = chromium_scale_factor();
+  if (scale > painted && !warned_soft_scale_) {
+    // Above the process's factor the zoom enlarges.
+    warned_soft_scale_ = true;
+    LOG(WARNING) << "Device scale factor " << scale
+                 << " is above the factor its Chromium paints at (" << painted
+                 << "): the page is enlarged and less sharp";
+  }
   return QJsonObject{{"width", size.width},
                      {"height", size.height},
-                     {"deviceScaleFactor", device_scale_factor()},
-                     {"mobile", false}};
+                     {"deviceScaleFactor", scale},
+                     {"mobile", false},
+                     {"scale", PageZoom(scale, painted)}};
+}
+
+QJsonObject BrowserImpl::ToPagePoint(QJsonObject params) const {
+  // The protocol takes input points in the zoomed view's pixels.
+  const double zoom = PageZoom(device_scale_factor(), chromium_scale_factor());
+  if (zoom != 1.0) {
+    for (const char* key : {"x", "y"}) {
+      params.insert(QLatin1String(key), params.value(key).toDouble() * zoom);
+    }
+  }
+  return params;
+}
+
+QJsonObject BrowserImpl::VisibleSize() const {
+  const CefSize size = view_size();
+  const double zoom = PageZoom(device_scale_factor(), chromium_scale_factor());
+  return QJsonObject{{"width", qRound(size.width * zoom)},
+                     {"height", qRound(size.height * zoom)}};
 }
 
 void BrowserImpl::WasResized() {
@@ -1051,7 +1091,9 @@ void BrowserImpl::WasResized() {
       return;
     }
     self->SendPageCommand(QStringLiteral("Emulation.setDeviceMetricsOverride"),
-                          self->ViewMetrics());
+                          self->MetricsOverride());
+    self->SendPageCommand(QStringLiteral("Emulation.setVisibleSize"),
+                          self->VisibleSize());
     if (self->render_observer_) {
       self->render_observer_->OnViewChanged(self.get());
     }
@@ -1125,20 +1167,20 @@ void BrowserImpl::SendMouseClickEvent(const CefMouseEvent& event,
                                       bool mouseUp,
                                       int clickCount) {
   SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"),
-                  InputTranslator::MouseClick(event, type, mouseUp, clickCount));
+                  ToPagePoint(InputTranslator::MouseClick(event, type, mouseUp, clickCount)));
 }
 
 void BrowserImpl::SendMouseMoveEvent(const CefMouseEvent& event,
                                      bool mouseLeave) {
   SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"),
-                  InputTranslator::MouseMove(event, mouseLeave));
+                  ToPagePoint(InputTranslator::MouseMove(event, mouseLeave)));
 }
 
 void BrowserImpl::SendMouseWheelEvent(const CefMouseEvent& event,
                                       int deltaX,
                                       int deltaY) {
   SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"),
-                  InputTranslator::MouseWheel(event, deltaX, deltaY));
+                  ToPagePoint(InputTranslator::MouseWheel(event, deltaX, deltaY)));
 }
 
 QJsonArray BrowserImpl::TouchPoints() const {
@@ -1154,15 +1196,16 @@ void BrowserImpl::SendTouchEvent(const CefTouchEvent& event) {
   // ends the touch only when it was the last point.
   QString type;
   QJsonArray points;
+  const QJsonObject point = ToPagePoint(InputTranslator::TouchPoint(event));
   {
     std::lock_guard<std::mutex> lock(mutex_);
     switch (event.type) {
       case CEF_TET_PRESSED:
-        touch_points_[event.id] = InputTranslator::TouchPoint(event);
+        touch_points_[event.id] = point;
         type = QStringLiteral("touchStart");
         break;
       case CEF_TET_MOVED:
-        touch_points_[event.id] = InputTranslator::TouchPoint(event);
+        touch_points_[event.id] = point;
         type = QStringLiteral("touchMove");
         break;
       case CEF_TET_RELEASED:
@@ -1243,7 +1286,7 @@ void BrowserImpl::DragTargetDragEnter(CefRefPtr<CefDragData> drag_data,
   }
   SendPageCommand(
       QStringLiteral("Input.dispatchDragEvent"),
-      InputTranslator::DragEvent("dragEnter", event, allowed_ops, drag_data));
+      ToPagePoint(InputTranslator::DragEvent("dragEnter", event, allowed_ops, drag_data)));
 }
 
 void BrowserImpl::DragTargetDragOver(const CefMouseEvent& event,
@@ -1255,7 +1298,7 @@ void BrowserImpl::DragTargetDragOver(const CefMouseEvent& event,
   }
   SendPageCommand(
       QStringLiteral("Input.dispatchDragEvent"),
-      InputTranslator::DragEvent("dragOver", event, allowed_ops, data));
+      ToPagePoint(InputTranslator::DragEvent("dragOver", event, allowed_ops, data)));
 }
 
 void BrowserImpl::DragTargetDragLeave() {
@@ -1277,7 +1320,7 @@ void BrowserImpl::DragTargetDrop(const CefMouseEvent& event) {
   }
   SendPageCommand(
       QStringLiteral("Input.dispatchDragEvent"),
-      InputTranslator::DragEvent("drop", event, DRAG_OPERATION_EVERY, data));
+      ToPagePoint(InputTranslator::DragEvent("drop", event, DRAG_OPERATION_EVERY, data)));
 }
 
 void BrowserImpl::DragSourceEndedAt(int x, int y, DragOperationsMask op) {}

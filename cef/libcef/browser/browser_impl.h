@@ -88,7 +88,9 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   CefSize view_size() const;
   float device_scale_factor() const;
   // The scale Chromium paints at (--force-device-scale-factor of its
-  // process): frames arrive at view_size() times this. Any thread.
+  // process). A page whose own factor differs is zoomed by the ratio, so
+  // that frames still arrive at view_size() times device_scale_factor().
+  // Any thread.
   float chromium_scale_factor() const;
   bool is_hidden() const;
   int windowless_frame_rate() const;
@@ -283,7 +285,14 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   void NotifyAfterCreated();
   // Asks the render handler for the view again; true if it changed.
   bool UpdateViewFromClient();
-  QJsonObject ViewMetrics() const;
+  // The two commands that apply view_size() and device_scale_factor() to
+  // the page: Emulation.setDeviceMetricsOverride, then
+  // Emulation.setVisibleSize. Engine UI thread.
+  QJsonObject MetricsOverride();
+  QJsonObject VisibleSize() const;
+  // |params| of an input event with its point ("x", "y") in view
+  // coordinates, moved to the page's zoomed view. Any thread.
+  QJsonObject ToPagePoint(QJsonObject params) const;
   void CloseOnUiThread();
   // The page's target went away by itself (window.close(), closed outside).
   void OnTargetGone();
@@ -339,6 +348,8 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   CefSize view_size_{800, 600};
   float device_scale_factor_ = 1;
   float chromium_scale_factor_ = 1;
+  // The page was once told it paints softer than its Chromium could.
+  bool warned_soft_scale_ = false;
   bool hidden_ = false;
   int frame_rate_ = 30;
   double zoom_level_ = 0;

@@ -25,7 +25,9 @@ void OsrRenderer::OnAttached(BrowserImpl* browser) {
     return;
   source_ = std::make_unique<ScreencastSource>(
       session, browser->session_id(),
-      [](std::function<void()> task) { PostUiTask(std::move(task)); },
+      [](std::function<void()> task, int64_t delayMs) {
+        PostUiTask(std::move(task), delayMs);
+      },
       [this, browser](const QImage& image,
                       const std::vector<CefRect>& dirtyRects) {
         Paint(browser, image, dirtyRects);
@@ -33,6 +35,11 @@ void OsrRenderer::OnAttached(BrowserImpl* browser) {
   source_->SetFrameRate(browser->windowless_frame_rate());
   if (!browser->is_hidden())
     source_->Start();
+}
+
+void OsrRenderer::OnViewChanged(BrowserImpl* browser) {
+  if (source_)
+    source_->ExpectFrame();
 }
 
 void OsrRenderer::OnVisibilityChanged(BrowserImpl* browser, bool hidden) {

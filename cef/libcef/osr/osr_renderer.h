@@ -17,14 +17,14 @@ namespace cefengine {
 // The browser's RenderObserver; every call on the engine UI thread. Destroyed
 // without OnDetached (a browser still open at CefShutdown), it leaves the
 // DevTools session alone, which is gone by then.
-// Frames come in Chromium's device pixels: the view's logical size times the
-// scale its Chromium process was started with (see
-// BrowserImpl::chromium_scale_factor).
+// Frames come in device pixels: the view's logical size times the browser's
+// device scale factor (see BrowserImpl::chromium_scale_factor).
 class OsrRenderer : public RenderObserver {
  public:
   OsrRenderer() = default;
 
   void OnAttached(BrowserImpl* browser) override;
+  void OnViewChanged(BrowserImpl* browser) override;
   void OnVisibilityChanged(BrowserImpl* browser, bool hidden) override;
   void OnInvalidate(BrowserImpl* browser,
                     cef_paint_element_type_t type) override;

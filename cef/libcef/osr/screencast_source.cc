@@ -21,10 +21,12 @@ ScreencastSource::ScreencastSource(DevToolsSession* session,
   decoder_ = std::make_unique<FrameDecoder>([weak, post = post_](
                                                 FrameDecoder::Frame frame) {
     // Decoder thread: hand the frame over to the owner's thread.
-    post([weak, frame = std::move(frame)]() mutable {
-      if (auto self = weak.lock())
-        (*self)->Deliver(std::move(frame));
-    });
+    post(
+        [weak, frame = std::move(frame)]() mutable {
+          if (auto self = weak.lock())
+            (*self)->Deliver(std::move(frame));
+        },
+        0);
   });
   subscription_ = session_->subscribe(
       session_id_, [weak](const QString& method, const QJsonObject& params,
@@ -47,17 +49,18 @@ void ScreencastSource::Start() {
   running_ = true;
   decoder_->Reset();
   SendStart();
+  ExpectFrame();
 }
 
 void ScreencastSource::Stop() {
   if (!running_)
     return;
   running_ = false;
+  awaiting_frame_ = false;
   session_->sendCommand("Page.stopScreencast", {}, session_id_, {});
 }
 
 void ScreencastSource::SendStart() {
-  frame_since_start_ = false;
   session_->sendCommand("Page.startScreencast",
                         {{"format", "png"},
                          {"everyNthFrame", 1},
@@ -70,6 +73,37 @@ void ScreencastSource::Invalidate() {
   if (!running_ || decoder_->RequestFullFrame() || last_frame_.isNull())
     return;
   sink_(last_frame_, {DirtyRects::Whole(last_frame_)});
+}
+
+void ScreencastSource::ExpectFrame() {
+  if (!running_)
+    return;
+  awaiting_frame_ = true;
+  if (!watchdog_armed_) {
+    stall_ms_ = kFirstStallMs;
+    ArmWatchdog();
+  }
+}
+
+void ScreencastSource::ArmWatchdog() {
+  watchdog_armed_ = true;
+  std::weak_ptr<ScreencastSource*> weak = self_;
+  post_(
+      [weak] {
+        if (auto self = weak.lock())
+          (*self)->CheckStall();
+      },
+      stall_ms_);
+}
+
+void ScreencastSource::CheckStall() {
+  watchdog_armed_ = false;
+  if (!running_ || !awaiting_frame_)
+    return;
+  session_->sendCommand("Page.stopScreencast", {}, session_id_, {});
+  SendStart();
+  stall_ms_ = std::min(stall_ms_ * 2, kMaxStallMs);
+  ArmWatchdog();
 }
 
 void ScreencastSource::SetFrameRate(int framesPerSecond) {
@@ -89,18 +123,12 @@ void ScreencastSource::OnEvent(const QString& method,
                           session_id_, {});
     if (!running_)
       return;
-    frame_since_start_ = true;
+    awaiting_frame_ = false;
     decoder_->Submit(params.value("data").toString());
-  } else if ((method == QLatin1String("Page.frameNavigated") &&
-              !params.value("frame").toObject().contains("parentId")) ||
-             method == QLatin1String("Page.loadEventFired")) {
-    // A screencast started before the page's first document (or just as a
-    // navigation began) may stay silent for good; starting it again once the
-    // main frame has committed, and again at the load if need be, wakes it.
-    if (running_ && !frame_since_start_) {
-      session_->sendCommand("Page.stopScreencast", {}, session_id_, {});
-      SendStart();
-    }
+  } else if (method == QLatin1String("Page.frameNavigated") &&
+             !params.value("frame").toObject().contains("parentId")) {
+    // A new document paints at least once.
+    ExpectFrame();
   }
 }
 

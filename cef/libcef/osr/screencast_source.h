@@ -5,6 +5,7 @@
 #ifndef CEF_LIBCEF_OSR_SCREENCAST_SOURCE_H_
 #define CEF_LIBCEF_OSR_SCREENCAST_SOURCE_H_
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -24,8 +25,9 @@ namespace cefengine {
 // the thread that |post| runs tasks on.
 class ScreencastSource {
  public:
-  // Runs a task on the owner's thread, in order.
-  using Post = std::function<void(std::function<void()>)>;
+  // Runs a task on the owner's thread, in order, after |delayMs| (0: at
+  // once).
+  using Post = std::function<void(std::function<void()> task, int64_t delayMs)>;
   // Called on the owner's thread with each frame to paint; |image| is shared,
   // |dirtyRects| is never empty.
   using Sink = std::function<void(const QImage& image,
@@ -55,6 +57,12 @@ class ScreencastSource {
   // else the last frame once more. Nothing before the first frame.
   void Invalidate();
 
+  // Something changed that Chromium must paint (the view's size or scale, a
+  // new document): if no frame comes, the screencast is started again, after
+  // growing pauses, until one does. Chromium's screencast can fall silent for
+  // good when it is restarted while a frame is on its way.
+  void ExpectFrame();
+
   // At most |framesPerSecond| frames reach the sink (1..60; 60 and above
   // mean as many as Chromium makes).
   void SetFrameRate(int framesPerSecond);
@@ -66,6 +74,12 @@ class ScreencastSource {
   void OnEvent(const QString& method, const QJsonObject& params);
   void Deliver(FrameDecoder::Frame frame);
   void SendStart();
+  void ArmWatchdog();
+  void CheckStall();
+
+  // Pauses of the watchdog: the first, and the most it grows to.
+  static constexpr int64_t kFirstStallMs = 300;
+  static constexpr int64_t kMaxStallMs = 2400;
 
   DevToolsSession* const session_;
   const QString session_id_;
@@ -75,8 +89,10 @@ class ScreencastSource {
   std::shared_ptr<ScreencastSource*> self_;
   int subscription_ = 0;
   bool running_ = false;
-  // A frame has come since the last start.
-  bool frame_since_start_ = false;
+  // A frame is expected and has not come yet.
+  bool awaiting_frame_ = false;
+  bool watchdog_armed_ = false;
+  int64_t stall_ms_ = kFirstStallMs;
   // The last frame given to the sink, for Invalidate.
   QImage last_frame_;
   // Declared last: destroyed (joined) first, while the rest is still there.
