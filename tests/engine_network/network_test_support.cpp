@@ -192,10 +192,10 @@ CefRefPtr<CefBrowser> NetworkClient::browser() {
   return browser_;
 }
 
-bool StartEngine() {
+bool StartEngine(CefRefPtr<CefApp> app) {
   CefSettings settings = cef_runtime_test::MakeSettings(true, false);
   settings.windowless_rendering_enabled = true;
-  return CefInitialize(CefMainArgs(0, nullptr), settings, nullptr, nullptr);
+  return CefInitialize(CefMainArgs(0, nullptr), settings, app, nullptr);
 }
 
 CefRefPtr<CefBrowser> OpenBrowser(CefRefPtr<NetworkClient> client,

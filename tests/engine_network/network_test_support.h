@@ -136,7 +136,7 @@ class NetworkClient : public CefClient,
 };
 
 // Starts the engine off-screen with its own UI thread, as the library does.
-bool StartEngine();
+bool StartEngine(CefRefPtr<CefApp> app = nullptr);
 // Creates a browser on |url| and waits for it; null if none came.
 CefRefPtr<CefBrowser> OpenBrowser(CefRefPtr<NetworkClient> client,
                                   const std::string& url,

@@ -88,6 +88,8 @@ class PngFactory : public CefSchemeHandlerFactory {
       return new PngHandler(client_, "ok", PngHandler::Mode::kOpen);
     if (url.find("/old.png") != std::string::npos)
       return new PngHandler(client_, "old", PngHandler::Mode::kProcessLater);
+    if (url.find("/fetched.png") != std::string::npos)
+      return new PngHandler(client_, "fetched", PngHandler::Mode::kOpen);
     if (url.find("/decline.png") != std::string::npos)
       return new PngHandler(client_, "decline", PngHandler::Mode::kDecline);
     return nullptr;
@@ -133,6 +135,33 @@ QByteArray Image(const char* name, const std::string& src) {
          " ' + this.naturalWidth)\" onerror=\"console.log('" + name + " error')\">";
 }
 
+// Registers myscheme as a scheme that fetch() and XMLHttpRequest may use.
+class SchemeApp : public CefApp {
+ public:
+  void OnRegisterCustomSchemes(CefRawPtr<CefSchemeRegistrar> registrar) override {
+    registrar->AddCustomScheme("myscheme", CEF_SCHEME_OPTION_STANDARD | CEF_SCHEME_OPTION_CORS_ENABLED |
+                                               CEF_SCHEME_OPTION_FETCH_ENABLED);
+  }
+  IMPLEMENT_REFCOUNTING(SchemeApp);
+};
+
+// Scripted requests, logged as "NAME BYTES" or "NAME error".
+QByteArray Scripts() {
+  return R"(<script>
+const size = (name, promise) => promise.then(r => r.arrayBuffer())
+    .then(b => console.log(name + ' ' + b.byteLength), () => console.log(name + ' error'));
+size('fetch', fetch('myscheme://host/fetched.png'));
+size('preflighted', fetch(new Request('myscheme://host/fetched.png', {headers: {'X-Asked': '1'}})));
+size('unserved', fetch('myscheme://host/none.png'));
+const xhr = new XMLHttpRequest();
+xhr.open('GET', 'myscheme://host/fetched.png');
+xhr.responseType = 'arraybuffer';
+xhr.onload = () => console.log('xhr ' + xhr.response.byteLength);
+xhr.onerror = () => console.log('xhr error');
+xhr.send();
+</script>)";
+}
+
 TEST(ResourceHandling, FactoriesAndResourceHandlersServeOrRefuseRequests) {
   if (!ChromiumAvailable()) GTEST_SKIP() << "no Chromium installed";
   RunInFreshProcess([] {
@@ -146,8 +175,8 @@ TEST(ResourceHandling, FactoriesAndResourceHandlersServeOrRefuseRequests) {
                                     Image("none", "myscheme://host/none.png") +
                                     Image("virtual", "/virtual.png") +
                                     Image("cancel", "/cancel.png") +
-                                    Image("async", "/async.png"));
-    ASSERT_TRUE(StartEngine());
+                                    Image("async", "/async.png") + Scripts());
+    ASSERT_TRUE(StartEngine(new SchemeApp));
     CefRefPtr<NetworkClient> client = new NetworkClient;
     client->resource_handler = new ResourceHandler(client);
     CefRefPtr<CefRequestContext> context =
@@ -158,9 +187,13 @@ TEST(ResourceHandling, FactoriesAndResourceHandlersServeOrRefuseRequests) {
 
     const char* const kOutcomes[] = {"ok 37",         "old 37",     "decline error",
                                      "none error",    "virtual 37", "cancel error",
-                                     "async 37"};
+                                     "async 37",      "unserved error"};
     for (const char* outcome : kOutcomes) {
       EXPECT_TRUE(client->recorder.WaitFor(std::string("console ") + outcome)) << outcome;
+    }
+    const std::string bytes = std::to_string(TestPng().size());
+    for (const char* script : {"fetch ", "preflighted ", "xhr "}) {
+      EXPECT_TRUE(client->recorder.WaitFor(std::string("console ") + script + bytes)) << script;
     }
     // The document itself was offered as a navigation.
     EXPECT_FALSE(client->recorder.Matching("resource " + page + " nav=1").empty());

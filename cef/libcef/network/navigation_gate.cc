@@ -7,9 +7,11 @@
 #include "libcef/browser/frame_impl.h"
 #include "libcef/browser/net_error.h"
 #include "libcef/browser/request_context_impl.h"
+#include "libcef/context.h"
 #include "libcef/devtools/devtools_session.h"
 #include "libcef/network/protocol_request.h"
 #include "libcef/network/resource_request_job.h"
+#include "libcef/network/scheme_proxy.h"
 #include "libcef/network/url_schemes.h"
 
 namespace cefengine {
@@ -81,6 +83,14 @@ void NavigationGate::OnAttached(BrowserImpl* browser) {
                                           {"requestStage", "Request"}}}}},
       browser->session_id(), {});
   certificates_->Enable();
+  const QString proxy =
+      SchemeProxy::PageScript(Context::Get()->custom_schemes());
+  if (!proxy.isEmpty()) {
+    session->sendCommand(
+        QStringLiteral("Page.addScriptToEvaluateOnNewDocument"),
+        QJsonObject{{"source", proxy}, {"runImmediately", true}},
+        browser->session_id(), {});
+  }
 }
 
 bool NavigationGate::OnPageEvent(BrowserImpl* browser,
@@ -152,8 +162,18 @@ void NavigationGate::OnRequestPaused(BrowserImpl* browser,
     OnDocumentPaused(browser, params);
     return;
   }
-  // CORS preflights are the network stack's own business, unseen in CEF.
-  if (type == QLatin1String("Preflight")) {
+  QJsonObject network_request =
+      params.value(QLatin1String("request")).toObject();
+  const QString original = SchemeProxy::Unwrap(UrlOf(network_request));
+  if (!original.isEmpty()) {
+    if (IsPreflight(network_request)) {
+      AnswerPreflight(browser, Str(params, "requestId"), network_request);
+      return;
+    }
+    network_request.insert(QStringLiteral("url"), original);
+  } else if (type == QLatin1String("Preflight") ||
+             IsPreflight(network_request)) {
+    // CORS preflights are the network stack's own business, unseen in CEF.
     browser->SendPageCommand(
         QStringLiteral("Fetch.continueRequest"),
         QJsonObject{{"requestId", Str(params, "requestId")}});
@@ -162,11 +182,12 @@ void NavigationGate::OnRequestPaused(BrowserImpl* browser,
   const QString frame_id = Str(params, "frameId");
   CefRefPtr<CefFrame> frame = FrameFor(browser, frame_id);
   PausedRequest paused;
+  paused.proxied = !original.isEmpty();
   paused.browser = browser;
   paused.frame = frame;
   paused.request_context = browser->request_context();
   paused.fetch_id = Str(params, "requestId");
-  paused.network_request = params.value(QLatin1String("request")).toObject();
+  paused.network_request = network_request;
   paused.resource_type =
       ResourceTypeFromProtocol(type, frame_id == browser->target_id());
   paused.identifier = CefRequestImpl::NextIdentifier();
@@ -174,6 +195,43 @@ void NavigationGate::OnRequestPaused(BrowserImpl* browser,
       frame ? OriginOf(QString::fromStdString(frame->GetURL().ToString()))
             : QString();
   ResourceRequestJob::Start(std::move(paused));
+}
+
+namespace {
+
+// The value of header |name| of a Network.Request, empty when absent.
+QString HeaderOf(const QJsonObject& network_request, const char* name) {
+  const QJsonObject headers =
+      network_request.value(QLatin1String("headers")).toObject();
+  for (auto it = headers.begin(); it != headers.end(); ++it) {
+    if (it.key().compare(QLatin1String(name), Qt::CaseInsensitive) == 0) {
+      return it.value().toString();
+    }
+  }
+  return QString();
+}
+
+}  // namespace
+
+bool NavigationGate::IsPreflight(const QJsonObject& network_request) {
+  // Chromium pauses a page's preflight with the type of the request it
+  // precedes.
+  return Str(network_request, "method") == QLatin1String("OPTIONS") &&
+         !HeaderOf(network_request, "Access-Control-Request-Method").isEmpty();
+}
+
+void NavigationGate::AnswerPreflight(BrowserImpl* browser,
+                                     const QString& fetch_id,
+                                     const QJsonObject& network_request) {
+  browser->SendPageCommand(
+      QStringLiteral("Fetch.fulfillRequest"),
+      QJsonObject{
+          {"requestId", fetch_id},
+          {"responseCode", 204},
+          {"responseHeaders",
+           SchemeProxy::PreflightHeaders(
+               HeaderOf(network_request, "Origin"),
+               HeaderOf(network_request, "Access-Control-Request-Headers"))}});
 }
 
 void NavigationGate::OnDocumentPaused(BrowserImpl* browser,

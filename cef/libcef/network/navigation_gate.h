@@ -64,6 +64,11 @@ class NavigationGate : public NavigationPolicy {
   };
 
   void OnRequestPaused(BrowserImpl* browser, const QJsonObject& params);
+  // A CORS preflight to a custom scheme's stand-in address: allowed.
+  static bool IsPreflight(const QJsonObject& network_request);
+  void AnswerPreflight(BrowserImpl* browser,
+                       const QString& fetch_id,
+                       const QJsonObject& network_request);
   void OnDocumentPaused(BrowserImpl* browser, const QJsonObject& params);
   void OnFrameRequestedNavigation(BrowserImpl* browser,
                                   const QJsonObject& params);

@@ -178,6 +178,9 @@ void ResourceRequestJob::OnServed(ServedResponse response) {
     case ServedResponse::Outcome::kServed:
       break;
   }
+  if (paused_.proxied) {
+    AllowCrossOrigin(response.headers);
+  }
   paused_.browser->SendPageCommand(
       QStringLiteral("Fetch.fulfillRequest"),
       QJsonObject{{"requestId", paused_.fetch_id},
@@ -186,7 +189,31 @@ void ResourceRequestJob::OnServed(ServedResponse response) {
                   {"body", QString::fromLatin1(response.body.toBase64())}});
 }
 
+void ResourceRequestJob::AllowCrossOrigin(CefResponse::HeaderMap& headers) const {
+  // The page sees the stand-in address as another origin; the handler
+  // answered for the custom scheme's own.
+  for (const auto& [name, value] : headers) {
+    if (QString::fromStdString(name.ToString())
+            .compare(QLatin1String("Access-Control-Allow-Origin"),
+                     Qt::CaseInsensitive) == 0) {
+      return;
+    }
+  }
+  const QString origin = QString::fromStdString(
+      request_->GetHeaderByName("Origin").ToString());
+  headers.emplace("Access-Control-Allow-Origin",
+                  origin.isEmpty() || origin == QLatin1String("null")
+                      ? std::string("*")
+                      : origin.toStdString());
+}
+
 void ResourceRequestJob::Continue() {
+  if (paused_.proxied) {
+    // Nothing serves the scheme: the page's request fails as Chromium fails
+    // a scheme it does not know.
+    Fail(ERR_UNKNOWN_URL_SCHEME);
+    return;
+  }
   paused_.browser->SendPageCommand(
       QStringLiteral("Fetch.continueRequest"),
       ContinueParams(paused_.fetch_id, paused_.network_request, request_));

@@ -33,6 +33,10 @@ struct PausedRequest {
   bool is_navigation = false;
   // The origin of the document that asks.
   QString initiator;
+  // A page's fetch() or XMLHttpRequest to a custom scheme, paused at its
+  // stand-in address (see SchemeProxy); network_request has the original
+  // URL. Never goes to the network.
+  bool proxied = false;
 };
 
 class ResourceRequestJob
@@ -51,6 +55,7 @@ class ResourceRequestJob
   void OnBeforeLoadDecided(bool proceed);
   void ChooseResponder();
   void OnServed(ServedResponse response);
+  void AllowCrossOrigin(CefResponse::HeaderMap& headers) const;
   void Continue();
   void Fail(cef_errorcode_t error);
   bool IsCustomScheme() const;
