@@ -106,7 +106,7 @@ void RenderHandler::OnPaint(CefRefPtr<CefBrowser> browser, PaintElementType type
     }
 
     // The one copy of a frame; nothing refers to the engine's buffer after this.
-    image = image.copy(QRect());
+    image = m_framePool->copy(image);
 
     if (type == PET_VIEW)
         SetRenderedImageSize(width, height);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/view_support/dpi_watcher.h"
+#include "render/frame_buffer_pool.h"
 
 #include "include/cef_render_handler.h"
 
@@ -16,6 +17,7 @@
 #include <QVector>
 #include <QWidget>
 
+#include <memory>
 #include <mutex>
 #include <vector>
 
@@ -108,6 +110,8 @@ private:
     CefRect m_popupRect;
     QImage m_popupImage;
     QImage m_viewImage;
+    // Where the frames' copies live.
+    std::shared_ptr<FrameBufferPool> m_framePool = std::make_shared<FrameBufferPool>();
     // Areas of closed popups, repainted with the next frame.
     std::vector<QRect> m_pendingDirtyRects;
     // The size GetViewRect promised; (0, 0) when no size change is pending.

@@ -1,6 +1,7 @@
 #include "fakes.h"
 
 #include "engine/cef_manager.h"
+#include "render/frame_buffer_pool.h"
 #include "render/render_handler.h"
 
 #include <QSignalSpy>
@@ -236,3 +237,32 @@ TEST(RenderHandlerScale, LogicalSizeAndPromiseFollowTheFactor)
         ::testing::ExitedWithCode(0), "");
 }
 } // namespace
+
+TEST(FrameBufferPool, CopiesDeeplyAndReusesABufferOnlyOnceItsImagesAreGone)
+{
+    auto pool = std::make_shared<FrameBufferPool>();
+    QImage source(64, 32, QImage::Format_ARGB32_Premultiplied);
+    source.fill(0xff102030);
+
+    QImage first = pool->copy(source);
+    const uchar* firstBits = first.constBits();
+    source.fill(0xff405060);
+    EXPECT_EQ(first.pixel(5, 5), 0xff102030u);
+    EXPECT_EQ(first.bytesPerLine(), source.bytesPerLine());
+
+    // Still shown somewhere: the next copy gets another buffer.
+    QImage second = pool->copy(source);
+    EXPECT_NE(second.constBits(), firstBits);
+    first = QImage();
+    QImage third = pool->copy(source);
+    EXPECT_EQ(third.constBits(), firstBits);
+    EXPECT_EQ(third.pixel(5, 5), 0xff405060u);
+
+    // A frame of another size starts afresh; images may outlive their pool.
+    QImage wider = pool->copy(QImage(128, 32, QImage::Format_ARGB32_Premultiplied));
+    EXPECT_EQ(wider.width(), 128);
+    pool.reset();
+    second = QImage();
+    third = QImage();
+    EXPECT_FALSE(wider.isNull());
+}
