@@ -1,19 +1,40 @@
 #include "client/browser_client.h"
 
+#include "client/get_zoom_level_task.h"
 #include "engine/life_span_handler.h"
+#include "handlers/context_menu_handler.h"
 #include "handlers/display_handler.h"
 #include "handlers/load_handler.h"
 #include "handlers/request_handler.h"
 
 #include "include/cef_browser.h"
+#include "include/cef_request_context.h"
+#include "include/cef_task.h"
+#include "include/cef_values.h"
 #include "host/instrument/instrument.h"
 #include "host/view_support/dpi_watcher.h"
 #include "render/render_handler.h"
 
 #include <QMetaType>
 
+#include <algorithm>
+#include <vector>
+
+namespace
+{
+// Factors 0.25 and 5.
+const double kSmallestZoomLevel = -7.6035680338478615;
+const double kLargestZoomLevel = 8.827469119589406;
+
+double clampZoomLevel(double level)
+{
+    return std::clamp(level, kSmallestZoomLevel, kLargestZoomLevel);
+}
+} // namespace
+
 BrowserClient::BrowserClient(QWidget* view)
-    : m_displayHandler(new DisplayHandler())
+    : m_contextMenuHandler(new ContextMenuHandler(view))
+    , m_displayHandler(new DisplayHandler())
     , m_lifeSpanHandler(new LifeSpanHandler())
     , m_loadHandler(new LoadHandler())
     , m_renderHandler(new RenderHandler(view))
@@ -22,6 +43,8 @@ BrowserClient::BrowserClient(QWidget* view)
     connect(m_requestHandler.get(), &RequestHandler::linkClicked, this, &BrowserClient::linkClicked);
     connect(m_requestHandler.get(), &RequestHandler::renderProcessTerminated, this,
             &BrowserClient::renderProcessTerminated);
+    connect(m_contextMenuHandler.get(), &ContextMenuHandler::showDevTools, this,
+            qOverload<QPoint>(&BrowserClient::onShowDevTools));
     connect(m_renderHandler.get(), &RenderHandler::viewUpdated, this, &BrowserClient::viewUpdated);
     connect(m_renderHandler.get(), &RenderHandler::imeRectChanged, this, &BrowserClient::imeRectChanged);
     connect(m_renderHandler.get(), &RenderHandler::dpiChanged, this, &BrowserClient::dpiChanged);
@@ -35,12 +58,20 @@ BrowserClient::BrowserClient(QWidget* view)
     connect(m_displayHandler.get(), &DisplayHandler::javaScriptConsoleMessage, this,
             &BrowserClient::javaScriptConsoleMessage);
     connect(m_displayHandler.get(), &DisplayHandler::cursorChanged, this, &BrowserClient::cursorChanged);
+    connect(m_contextMenuHandler.get(), &ContextMenuHandler::cefContextMenuRequested, this,
+            &BrowserClient::cefContextMenuRequested);
 
     // Frames cross from the engine UI thread queued, and need their types known by name.
+    qRegisterMetaType<ContextMenuHandler::MenuModelState>("ContextMenuHandler::MenuModelState");
     qRegisterMetaType<QVector<QRect>>("QVector<QRect>");
 }
 
 BrowserClient::~BrowserClient() = default;
+
+CefRefPtr<CefContextMenuHandler> BrowserClient::GetContextMenuHandler()
+{
+    return m_contextMenuHandler;
+}
 
 CefRefPtr<CefDisplayHandler> BrowserClient::GetDisplayHandler()
 {
@@ -81,8 +112,10 @@ void BrowserClient::cleanup()
 
     // The widget is dying: no engine callback may touch it from here on.
     m_renderHandler->SetView(nullptr);
+    m_contextMenuHandler->setView(nullptr);
 
     QObject::disconnect(m_renderHandler.get(), nullptr, nullptr, nullptr);
+    QObject::disconnect(m_contextMenuHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(this, nullptr, nullptr, nullptr);
 
     m_lifeSpanHandler = nullptr;
@@ -117,6 +150,102 @@ void BrowserClient::DisableDirtyRectHandling(bool disabled)
 CefRefPtr<RenderHandler> BrowserClient::renderHandler() const
 {
     return m_renderHandler;
+}
+
+CefRefPtr<ContextMenuHandler> BrowserClient::contextMenuHandler() const
+{
+    return m_contextMenuHandler;
+}
+
+void BrowserClient::SetZoomLevel(double level)
+{
+    BROVIA_INSTRUMENT("SetZoomLevel");
+    CefRefPtr<CefBrowser> browser = GetBrowser();
+    if (!browser)
+        return;
+    browser->GetHost()->SetZoomLevel(clampZoomLevel(level));
+}
+
+void BrowserClient::ChangeZoomLevel(double delta)
+{
+    BROVIA_INSTRUMENT("ChangeZoomLevel");
+    CefRefPtr<CefBrowser> browser = GetBrowser();
+    if (!browser)
+        return;
+    browser->GetHost()->SetZoomLevel(clampZoomLevel(GetZoomLevel() + delta));
+}
+
+double BrowserClient::GetZoomLevel()
+{
+    CefRefPtr<CefBrowser> browser = GetBrowser();
+    if (!browser)
+        return 0.0;
+    if (CefCurrentlyOn(TID_UI))
+        return browser->GetHost()->GetZoomLevel();
+    // The task stays ours during the wait: one that the engine drops unrun breaks no promise.
+    CefRefPtr<GetZoomLevelTask> task(new GetZoomLevelTask(browser));
+    std::future<double> level = task->promise.get_future();
+    CefPostTask(TID_UI, task.get());
+    return level.get();
+}
+
+void BrowserClient::ShowInspector(const QPoint& point)
+{
+    BROVIA_INSTRUMENT("ShowInspector");
+    CefWindowInfo windowInfo;
+    CefBrowserSettings settings;
+    const CefPoint at(point.x(), point.y());
+    CefRefPtr<CefBrowser> browser = GetBrowser();
+    if (!browser)
+        return;
+    browser->GetHost()->ShowDevTools(windowInfo, this, settings, at);
+}
+
+void BrowserClient::ClearBrowsingData()
+{
+    static const std::vector<CefString> kPreferences = {
+        "browser.clear_data.browsing_history", "browser.clear_data.browsing_history_basic",
+        "browser.clear_data.download_history", "browser.clear_data.cache",
+        "browser.clear_data.cache_basic",      "browser.clear_data.cookies",
+        "browser.clear_data.cookies_basic",    "browser.clear_data.passwords",
+        "browser.clear_data.form_data",        "browser.clear_data.hosted_apps_data",
+        "browser.clear_data.media_licenses",   "browser.clear_data.site_settings",
+    };
+    CefRefPtr<CefRequestContext> context = GetBrowser()->GetHost()->GetRequestContext();
+    CefString error;
+    for (const CefString& name : kPreferences)
+    {
+        if (!context || !context->CanSetPreference(name))
+            continue;
+        CefRefPtr<CefValue> value = CefValue::Create();
+        value->SetBool(true);
+        GetBrowser()->GetHost()->GetRequestContext()->SetPreference(name, value, error);
+    }
+}
+
+void BrowserClient::onShowDevTools(QPoint point)
+{
+    ShowInspector(point);
+}
+
+void BrowserClient::onShowDevTools()
+{
+    ShowInspector(QPoint(0, 0));
+}
+
+void BrowserClient::onHideDevTools()
+{
+    GetBrowser()->GetHost()->CloseDevTools();
+}
+
+void BrowserClient::onSetZoomLevel(double factor)
+{
+    SetZoomLevel(factor);
+}
+
+void BrowserClient::onChangeZoomLevel(double delta)
+{
+    ChangeZoomLevel(delta);
 }
 
 void BrowserClient::onDragFinished(Qt::DropAction dropAction)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "handlers/context_menu_handler.h"
 #include "host/view_interface/qcef_data_types.h"
 
 #include "include/cef_client.h"
@@ -7,13 +8,16 @@
 #include <QCursor>
 #include <QImage>
 #include <QObject>
+#include <QPoint>
 #include <QRect>
 #include <QString>
 #include <QUrl>
+#include <QVariantList>
 #include <QVector>
 
 #include <atomic>
 
+class ContextMenuHandler;
 class DisplayHandler;
 class LifeSpanHandler;
 class LoadHandler;
@@ -34,6 +38,7 @@ public:
     explicit BrowserClient(QWidget* view);
     ~BrowserClient() override;
 
+    CefRefPtr<CefContextMenuHandler> GetContextMenuHandler() override;
     CefRefPtr<CefDisplayHandler> GetDisplayHandler() override;
     CefRefPtr<CefLifeSpanHandler> GetLifeSpanHandler() override;
     CefRefPtr<CefLoadHandler> GetLoadHandler() override;
@@ -53,8 +58,22 @@ public:
     int LogicalToDevice(int value) const;
     void DisableDirtyRectHandling(bool disabled);
 
+    // Zoom in the engine's levels (a factor of 1.2 to the power of the level), clamped to a
+    // factor of 0.25 to 5. Nothing happens without a browser.
+    void SetZoomLevel(double level);
+    void ChangeZoomLevel(double delta);
+    // 0.0 without a browser. Off the engine UI thread it blocks until that thread answers, with
+    // no time limit.
+    double GetZoomLevel();
+    // Opens the engine's inspector at the point, through this client's handlers.
+    void ShowInspector(const QPoint& point);
+    // Sets every browsing-data preference the request context lets set; the caller's thread.
+    void ClearBrowsingData();
+
     // The paint sink, for the view's geometry questions.
     CefRefPtr<RenderHandler> renderHandler() const;
+    // The menu switches of the view.
+    CefRefPtr<ContextMenuHandler> contextMenuHandler() const;
 
     bool isCleanedUp() const { return m_cleanedUp; }
 
@@ -66,17 +85,31 @@ Q_SIGNALS:
     void imeRectChanged(QRect rect);
     void dpiChanged(float deviceScaleFactor);
     void tooltipChanged(QString text);
+    void focusLost(bool focusNext);
+    void jsDialogRequested(QString orginalUrl, QCefDataTypes::JSDialogType type, QString messageText,
+                           QString defaultPromptText);
+    void cefFileDialogRequested(int mode, QString default_file_path, QString fileFilter);
+    void cefContextMenuRequested(ContextMenuHandler::MenuModelState, QPoint);
+    void cefPrintDialogRequested(int);
     void javaScriptConsoleMessage(QString msg, QString src, int line);
+    void receivedCefClientMessage(QString method, QVariantList args);
     void loadStarted(QString sourceUrl);
     void loadFinished(QString sourceUrl, bool ok);
     void loadStateChanged(QString sourceUrl, bool isLoading, bool canGoBack, bool canGoForward);
     void titleChanged(QString title);
     void urlChanged(QUrl url);
+    void searchResultsReady(int searchID, int count, QRect searchRect, int matchIndex, bool final);
 
 private Q_SLOTS:
+    void onShowDevTools(QPoint point);
+    void onShowDevTools();
+    void onHideDevTools();
+    void onSetZoomLevel(double factor);
+    void onChangeZoomLevel(double delta);
     void onDragFinished(Qt::DropAction dropAction);
 
 private:
+    CefRefPtr<ContextMenuHandler> m_contextMenuHandler;
     CefRefPtr<DisplayHandler> m_displayHandler;
     CefRefPtr<LifeSpanHandler> m_lifeSpanHandler;
     CefRefPtr<LoadHandler> m_loadHandler;

@@ -534,13 +534,15 @@ QString QCefViewImpl::html()
     return QString();
 }
 
-void QCefViewImpl::setZoomLevel(double)
+void QCefViewImpl::setZoomLevel(double level)
 {
+    if (m_client)
+        m_client->SetZoomLevel(level);
 }
 
 double QCefViewImpl::zoomLevel()
 {
-    return 0.0;
+    return m_client ? m_client->GetZoomLevel() : 0.0;
 }
 
 void QCefViewImpl::runJavaScript(const QString&, std::function<void(const QVariant&)>)
@@ -563,18 +565,26 @@ QImage QCefViewImpl::repaintSync2(int, int, int, const QRect&, bool, std::chrono
 
 void QCefViewImpl::showDevTools()
 {
+    if (m_client)
+        m_client->ShowInspector(QPoint(0, 0));
 }
 
 void QCefViewImpl::clearBrowsingData()
 {
+    if (m_client)
+        m_client->ClearBrowsingData();
 }
 
-void QCefViewImpl::setContextMenuEnabled(bool)
+void QCefViewImpl::setContextMenuEnabled(bool enabled)
 {
+    if (m_client)
+        m_client->contextMenuHandler()->setContextMenuEnabled(enabled);
 }
 
-void QCefViewImpl::setInspectEnabled(bool)
+void QCefViewImpl::setInspectEnabled(bool enabled)
 {
+    if (m_client)
+        m_client->contextMenuHandler()->setInspectEnabled(enabled);
 }
 
 void QCefViewImpl::find(int, const QString&, bool, bool, bool)
