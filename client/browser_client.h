@@ -77,6 +77,10 @@ public:
 
     bool isCleanedUp() const { return m_cleanedUp; }
 
+    // Whether the page's focused element takes text, as the page last reported; advisory, read
+    // on the Qt main thread without a lock.
+    bool IsFocusedNodeEditable() const { return m_focusedNodeEditable; }
+
 Q_SIGNALS:
     void viewUpdated(QImage image, QVector<QRect> dirtyRects);
     void linkClicked(QUrl url);
@@ -115,6 +119,7 @@ private:
     CefRefPtr<LoadHandler> m_loadHandler;
     CefRefPtr<RenderHandler> m_renderHandler;
     CefRefPtr<RequestHandler> m_requestHandler;
+    bool m_focusedNodeEditable = false;
     std::atomic<bool> m_cleanedUp{false};
 
     IMPLEMENT_REFCOUNTING(BrowserClient);

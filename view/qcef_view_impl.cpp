@@ -57,6 +57,9 @@ QCefViewImpl::QCefViewImpl(QWidget* parent, const QCefViewSettings& settings)
 {
     setAttribute(Qt::WA_InputMethodEnabled, true);
     setAcceptDrops(true);
+    // A page needs the pointer when no button is down (hover), and the keys after a click.
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
 }
 
 QCefViewImpl::~QCefViewImpl()
@@ -150,6 +153,7 @@ void QCefViewImpl::connectBrowserClient()
     connect(client, &BrowserClient::imeRectChanged, this, &QCefViewImpl::onImeRectChanged);
     connect(client, &BrowserClient::dpiChanged, this, &QCefViewImpl::onDpiChanged);
     connect(client, &BrowserClient::tooltipChanged, this, &QCefViewImpl::onTooltipChanged);
+    connect(client, &BrowserClient::focusLost, this, &QCefViewImpl::onFocusLost);
 }
 
 CefRefPtr<CefBrowserHost> QCefViewImpl::browserHost() const

@@ -79,6 +79,7 @@ protected Q_SLOTS:
     void onDpiChanged(float deviceScaleFactor);
     void onTooltipChanged(QString text);
     void onUrlChanged(QUrl url);
+    void onFocusLost(bool focusNext);
 
 protected:
     bool event(QEvent* e) override;
@@ -87,11 +88,37 @@ protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
+    // Input goes to the page; see qcef_view_impl_input.cpp. Qt main thread.
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void enterEvent(QEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
 private:
     void initializeBrowserClient(const QUrl& url);
     void connectBrowserClient();
     // The browser's host, or null without client or browser.
     CefRefPtr<CefBrowserHost> browserHost() const;
+    // The browser when the view has a client and the client a browser; else null, and input is
+    // dropped.
+    CefRefPtr<CefBrowser> inputBrowser() const;
+    // Widget pixels to the engine's logical pixels, rounding as qRound does.
+    QPoint logicalPoint(const QPointF& position) const;
+    // Whether a key goes to the page, and whether it counts as consumed, by the keyboard mode.
+    bool shouldForwardKey(QKeyEvent* event) const;
+    bool shouldAcceptKey(QKeyEvent* event) const;
     // Sets the widget's minimum and tells the engine; false without a browser, changing nothing.
     bool applyViewPortMinimumSize(const QSize& size);
 
