@@ -1,6 +1,12 @@
 #include "client/browser_client.h"
 
 #include "client/get_zoom_level_task.h"
+#include "client/js_callbacks_manager.h"
+#include "client/process_messages/focused_node_changed_message.h"
+#include "client/process_messages/run_java_script_message.h"
+#include "client/process_messages/run_java_script_result_message.h"
+#include "client/run_java_script_callback.h"
+#include "host/view_support/conversions.h"
 #include "engine/life_span_handler.h"
 #include "handlers/context_menu_handler.h"
 #include "handlers/display_handler.h"
@@ -9,7 +15,10 @@
 
 #include "include/cef_browser.h"
 #include "include/cef_request_context.h"
+#include "include/base/cef_bind.h"
+#include "include/base/cef_callback.h"
 #include "include/cef_task.h"
+#include "include/wrapper/cef_closure_task.h"
 #include "include/cef_values.h"
 #include "host/instrument/instrument.h"
 #include "host/view_support/dpi_watcher.h"
@@ -39,6 +48,7 @@ BrowserClient::BrowserClient(QWidget* view)
     , m_loadHandler(new LoadHandler())
     , m_renderHandler(new RenderHandler(view))
     , m_requestHandler(new RequestHandler())
+    , m_jsCallbacks(new JSCallBacksManager())
 {
     connect(m_requestHandler.get(), &RequestHandler::linkClicked, this, &BrowserClient::linkClicked);
     connect(m_requestHandler.get(), &RequestHandler::renderProcessTerminated, this,
@@ -101,6 +111,7 @@ CefRefPtr<CefRequestHandler> BrowserClient::GetRequestHandler()
 void BrowserClient::cleanup()
 {
     BROVIA_INSTRUMENT("cleanup");
+    m_jsCallbacks->disconnectAll();
     if (!m_lifeSpanHandler)
         return;
     // Hops to the engine UI thread by itself; nothing here waits for the browser to go.
@@ -120,6 +131,59 @@ void BrowserClient::cleanup()
 
     m_lifeSpanHandler = nullptr;
     m_cleanedUp = true;
+}
+
+bool BrowserClient::OnProcessMessageReceived(CefRefPtr<CefBrowser> browser, CefRefPtr<CefFrame> frame,
+                                             CefProcessId source_process, CefRefPtr<CefProcessMessage> message)
+{
+    BROVIA_INSTRUMENT("OnProcessMessageReceived");
+    if (m_cleanedUp)
+        return true;
+    const std::string name = message->GetName().ToString();
+    if (name == brovia::RunJavaScriptResultMessage::kName)
+    {
+        CefRefPtr<brovia::RunJavaScriptResultMessage> result = new brovia::RunJavaScriptResultMessage();
+        result->fromProcessMessage(message);
+        m_jsCallbacks->runCallback(result->replyTo, Conversions::convertValue(result->result));
+        return true;
+    }
+    if (name == brovia::FocusedNodeChangedMessage::kName)
+    {
+        CefRefPtr<brovia::FocusedNodeChangedMessage> focused = new brovia::FocusedNodeChangedMessage();
+        focused->fromProcessMessage(message);
+        // No signal: the view asks when a key comes.
+        m_focusedNodeEditable = focused->editable;
+        return true;
+    }
+    return false;
+}
+
+void BrowserClient::RunJavaScript(const QString& script, CefRefPtr<RunJavaScriptCallback> callback)
+{
+    BROVIA_INSTRUMENT_CONTEXT("RunJavaScript", "script", script.toStdString());
+    if (m_cleanedUp)
+        return;
+    if (!CefCurrentlyOn(TID_UI))
+    {
+        CefRefPtr<BrowserClient> self(this);
+        CefPostTask(TID_UI, base::BindOnce(
+                                [](CefRefPtr<BrowserClient> client, QString text,
+                                   CefRefPtr<RunJavaScriptCallback> waiter) { client->RunJavaScript(text, waiter); },
+                                self, script, callback));
+        return;
+    }
+    if (m_cleanedUp || !m_lifeSpanHandler)
+        return;
+    CefRefPtr<CefBrowser> browser = GetBrowser();
+    CefRefPtr<brovia::RunJavaScriptMessage> message = new brovia::RunJavaScriptMessage();
+    message->browserId = browser->GetIdentifier();
+    message->frameId = browser->GetMainFrame()->GetIdentifier();
+    message->script = Conversions::convertString(script);
+    if (!message->send(browser, browser->GetMainFrame()))
+        return;
+    // Before anything else runs on this thread, so no result can come first.
+    callback->setId(message->requestId);
+    m_jsCallbacks->addCallback(message->requestId, callback);
 }
 
 CefRefPtr<CefBrowser> BrowserClient::GetBrowser()

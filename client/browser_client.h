@@ -18,6 +18,8 @@
 #include <atomic>
 
 class ContextMenuHandler;
+class JSCallBacksManager;
+class RunJavaScriptCallback;
 class DisplayHandler;
 class LifeSpanHandler;
 class LoadHandler;
@@ -45,6 +47,11 @@ public:
     CefRefPtr<CefRenderHandler> GetRenderHandler() override;
     CefRefPtr<CefRequestHandler> GetRequestHandler() override;
 
+    // Engine UI thread: the render side's answers and notifications. True for the names this
+    // client knows, which are then handled; a message after cleanup counts as handled.
+    bool OnProcessMessageReceived(CefRefPtr<CefBrowser> browser, CefRefPtr<CefFrame> frame,
+                                  CefProcessId source_process, CefRefPtr<CefProcessMessage> message) override;
+
     // Qt main thread: the single orderly teardown, called by the view's destructor and by the
     // engine manager when the application quits. Closes the browser asynchronously and cuts the
     // handlers' signals; a second call does nothing more.
@@ -57,6 +64,10 @@ public:
     int DeviceToLogical(int value) const;
     int LogicalToDevice(int value) const;
     void DisableDirtyRectHandling(bool disabled);
+
+    // Evaluates script in the main frame; callback gets the value, by its mode. Any thread; a
+    // browser must exist. After cleanup the callback is never called.
+    void RunJavaScript(const QString& script, CefRefPtr<RunJavaScriptCallback> callback);
 
     // Zoom in the engine's levels (a factor of 1.2 to the power of the level), clamped to a
     // factor of 0.25 to 5. Nothing happens without a browser.
@@ -119,6 +130,7 @@ private:
     CefRefPtr<LoadHandler> m_loadHandler;
     CefRefPtr<RenderHandler> m_renderHandler;
     CefRefPtr<RequestHandler> m_requestHandler;
+    CefRefPtr<JSCallBacksManager> m_jsCallbacks;
     bool m_focusedNodeEditable = false;
     std::atomic<bool> m_cleanedUp{false};
 

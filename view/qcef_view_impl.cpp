@@ -533,11 +533,6 @@ void QCefViewImpl::disableEvents()
 
 // --- page access that later parts of the view provide ------------------------------------------------
 
-QString QCefViewImpl::html()
-{
-    return QString();
-}
-
 void QCefViewImpl::setZoomLevel(double level)
 {
     if (m_client)
@@ -547,15 +542,6 @@ void QCefViewImpl::setZoomLevel(double level)
 double QCefViewImpl::zoomLevel()
 {
     return m_client ? m_client->GetZoomLevel() : 0.0;
-}
-
-void QCefViewImpl::runJavaScript(const QString&, std::function<void(const QVariant&)>)
-{
-}
-
-QVariant QCefViewImpl::runJavaScriptSync(const QString&, std::chrono::milliseconds)
-{
-    return QVariant();
 }
 
 void QCefViewImpl::repaintSync(std::chrono::milliseconds)
@@ -589,10 +575,6 @@ void QCefViewImpl::setInspectEnabled(bool enabled)
 {
     if (m_client)
         m_client->contextMenuHandler()->setInspectEnabled(enabled);
-}
-
-void QCefViewImpl::find(int, const QString&, bool, bool, bool)
-{
 }
 
 void QCefViewImpl::setJSDialogHandledByHost(bool)

@@ -184,7 +184,7 @@ class TestClient : public CefClient,
     return browsers_.size();
   }
 
- private:
+  // For handlers that subclasses add.
   void Record(const std::string& event) {
     std::lock_guard<std::mutex> lock(mutex_);
     if (!CefCurrentlyOn(TID_UI)) ++off_ui_thread_;
@@ -192,6 +192,7 @@ class TestClient : public CefClient,
     changed_.notify_all();
   }
 
+ private:
   std::mutex mutex_;
   std::condition_variable changed_;
   Events events_;

@@ -1,6 +1,7 @@
 // Input, scripts, frames and page content through the browser's host and
 // frames, checked inside the page.
 
+#include <atomic>
 #include <thread>
 
 #include "browser_test_support.h"
@@ -129,6 +130,71 @@ TEST(BrowserPage, ScriptsSourceTextAndFrames) {
     ASSERT_TRUE(text->done.Wait());
     EXPECT_EQ(text->text.find("Hello page"), 0u) << text->text;
     child = nullptr;
+    StopEngine(client);
+  });
+}
+
+// Counts frames and keeps the last one's size, as width * 10000 + height.
+class PaintClient : public TestClient {
+ public:
+  void OnPaint(CefRefPtr<CefBrowser>, PaintElementType, const RectList&, const void*, int width,
+               int height) override {
+    size = width * 10000 + height;
+    ++paints;
+  }
+  std::atomic<int> size{0}, paints{0};
+};
+
+bool Eventually(const std::function<bool()>& done) {
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    if (done()) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  }
+  return false;
+}
+
+TEST(BrowserPage, ZoomLaysThePageOutSmallerIntoFramesOfTheSameSize) {
+  if (!ChromiumAvailable()) GTEST_SKIP() << "no Chromium installed";
+  RunInFreshProcess([] {
+    ASSERT_TRUE(StartEngine());
+    CefRefPtr<PaintClient> client = new PaintClient;
+    const std::string page =
+        "data:text/html,<div id=b style='position:absolute;left:300px;top:200px;width:100px;"
+        "height:100px'></div><script>onmousedown = e => console.log('down', e.target.id)</script>";
+    CefRefPtr<CefBrowser> browser = OpenBrowser(client, page);
+    ASSERT_TRUE(browser);
+    ASSERT_TRUE(client->WaitFor("loading 000"));
+    CefRefPtr<CefBrowserHost> host = browser->GetHost();
+
+    // Factor 1.2^2 = 1.44: 800x600 is laid out as 556x417, after navigations
+    // too, and painted at 800x600.
+    for (double level : {2.0, 0.0}) {
+      const bool zoomed = level != 0;
+      const int paints = client->paints;
+      host->SetZoomLevel(level);
+      EXPECT_EQ(host->GetZoomLevel(), level);
+      EXPECT_TRUE(Eventually([&] {
+        return Evaluate(browser, "innerWidth + 'x' + innerHeight").toString() ==
+               (zoomed ? "556x417" : "800x600");
+      }));
+      EXPECT_NEAR(Evaluate(browser, "devicePixelRatio").toDouble(), zoomed ? 1.44 : 1.0, 1e-3);
+      EXPECT_TRUE(Eventually([&] { return client->paints > paints; }));
+      EXPECT_EQ(client->size, 800 * 10000 + 600);
+      // b's middle, 350,250 in the page, is at 504,360 in the view zoomed.
+      size_t before = client->count();
+      CefMouseEvent mouse;
+      mouse.x = zoomed ? 504 : 350;
+      mouse.y = zoomed ? 360 : 250;
+      host->SendMouseClickEvent(mouse, MBT_LEFT, false, 1);
+      host->SendMouseClickEvent(mouse, MBT_LEFT, true, 1);
+      EXPECT_TRUE(client->WaitFor("console 2 down b", before));
+      if (zoomed) {
+        before = client->count();
+        browser->GetMainFrame()->LoadURL(page + "<p>again");
+        ASSERT_TRUE(client->WaitFor("load-end", before));
+        EXPECT_EQ(Evaluate(browser, "innerWidth").toInt(), 556);
+      }
+    }
     StopEngine(client);
   });
 }

@@ -92,7 +92,11 @@ public:
     {
         std::abort();
     }
-    void SendProcessMessage(CefProcessId, CefRefPtr<CefProcessMessage>) override {}
+    void SendProcessMessage(CefProcessId target, CefRefPtr<CefProcessMessage> message) override
+    {
+        sent.emplace_back(target, message);
+    }
+    std::vector<std::pair<CefProcessId, CefRefPtr<CefProcessMessage>>> sent;
 
 private:
     IMPLEMENT_REFCOUNTING(FakeFrame);

@@ -14,6 +14,7 @@
 #include "libcef/browser/navigation_entry_impl.h"
 #include "libcef/browser/page_events.h"
 #include "libcef/browser/request_context_impl.h"
+#include "libcef/browser/script_dialogs.h"
 #include "libcef/browser/ui_task.h"
 #include "libcef/devtools/devtools_session.h"
 
@@ -25,6 +26,10 @@ constexpr std::chrono::seconds kCreateTimeout{20};
 constexpr int kDefaultWidth = 800;
 constexpr int kDefaultHeight = 600;
 constexpr char kEngineWorld[] = "__brovia";
+// How long a page asked to close may take to either ask the client or go,
+// and how often it is asked meanwhile.
+constexpr int kUnloadTimeoutMs = 3000;
+constexpr int kUnloadRetryMs = 300;
 
 QJsonObject NotAttachedError() {
   return QJsonObject{{"code", DevToolsSession::kDisconnectedCode},
@@ -44,6 +49,13 @@ double ZoomLevel(double factor) {
   return std::log(factor) / std::log(1.2);
 }
 
+// The factor a level lays the page out at, within Chrome's limits as Blink
+// clamps it.
+double AppliedZoomFactor(double level) {
+  return std::clamp(ZoomFactor(level), kZoomFactors[0],
+                    kZoomFactors[std::size(kZoomFactors) - 1]);
+}
+
 }  // namespace
 
 // --- Creation -------------------------------------------------------------
@@ -58,6 +70,7 @@ BrowserImpl::BrowserImpl(int id, CreateParams params)
       request_context_(params.request_context),
       chromium_(params.request_context->storage()->chromium),
       page_events_(std::make_unique<PageEvents>(this)),
+      script_dialogs_(std::make_unique<ScriptDialogs>(this)),
       client_(params.client) {
   if (params.settings.windowless_frame_rate > 0) {
     frame_rate_ = std::clamp(params.settings.windowless_frame_rate, 1, 60);
@@ -219,6 +232,12 @@ void BrowserImpl::Attach(const QString& session_id) {
   }
   if (navigation_policy_) {
     navigation_policy_->OnAttached(this);
+  }
+  if (RenderSideFactory factory = GetRenderSideFactory()) {
+    render_side_ = factory(this);
+  }
+  if (render_side_) {
+    render_side_->OnAttached(this);
   }
   if (RenderObserverFactory factory = GetRenderObserverFactory()) {
     render_observer_ = factory(this);
@@ -400,6 +419,9 @@ void BrowserImpl::OnProtocolEvent(const QString& method,
       navigation_policy_->OnPageEvent(this, method, params)) {
     return;
   }
+  if (render_side_ && render_side_->OnPageEvent(this, method, params)) {
+    return;
+  }
   page_events_->Push(method, params);
 }
 
@@ -420,16 +442,26 @@ void BrowserImpl::OnChromiumGone(cef_termination_status_t status,
 }
 
 void BrowserImpl::OnTargetGone() {
-  if (!IsValid()) {
+  // Chromium tells both the detach and the end of the target.
+  if (!IsValid() || target_gone_) {
     return;
   }
+  target_gone_ = true;
   CefRefPtr<BrowserImpl> self(this);
+  // The page allowed a close we asked for: DoClose may still leave the
+  // browser to the next close request, though its page is gone.
+  const bool asked = asking_unload_;
+  asking_unload_ = false;
   closing_ = true;
-  // Nothing is left to keep open, so DoClose's answer changes nothing.
+  bool deferred = false;
   CefRefPtr<CefClient> client = this->client();
   if (CefRefPtr<CefLifeSpanHandler> life_span =
           client ? client->GetLifeSpanHandler() : nullptr) {
-    life_span->DoClose(this);
+    deferred = life_span->DoClose(this);
+  }
+  if (asked && deferred) {
+    close_deferred_ = true;
+    return;
   }
   Destroy(false);
 }
@@ -437,9 +469,8 @@ void BrowserImpl::OnTargetGone() {
 // --- Closing --------------------------------------------------------------
 
 void BrowserImpl::CloseBrowser(bool force_close) {
-  // beforeunload handlers are not run yet: every close goes on as if forced.
   CefRefPtr<BrowserImpl> self(this);
-  RunOnUiThread([self] { self->CloseOnUiThread(); });
+  RunOnUiThread([self, force_close] { self->CloseOnUiThread(force_close); });
 }
 
 bool BrowserImpl::TryCloseBrowser() {
@@ -449,21 +480,22 @@ bool BrowserImpl::TryCloseBrowser() {
     return false;
   }
   CefRefPtr<BrowserImpl> self(this);
-  CloseOnUiThread();
+  CloseOnUiThread(false);
   return !IsValid();
 }
 
-void BrowserImpl::CloseOnUiThread() {
+void BrowserImpl::CloseOnUiThread(bool force) {
   if (!IsValid()) {
     return;
   }
   if (close_deferred_) {
-    Destroy(true);
+    Destroy(!target_gone_);
     return;
   }
-  if (closing_) {
+  if (closing_ || (!force && (asking_unload_ || AskUnload()))) {
     return;
   }
+  asking_unload_ = false;
   closing_ = true;
   CefRefPtr<CefClient> client = this->client();
   CefRefPtr<CefLifeSpanHandler> life_span =
@@ -475,6 +507,76 @@ void BrowserImpl::CloseOnUiThread() {
     return;
   }
   Destroy(true);
+}
+
+bool BrowserImpl::AskUnload() {
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (!attached_) {
+      return false;
+    }
+  }
+  // A dialog holding the page would keep beforeunload from running.
+  script_dialogs_->BeforeLeaving(false);
+  asking_unload_ = true;
+  SendUnloadRequest(++unload_request_);
+  WatchUnload();
+  return true;
+}
+
+void BrowserImpl::SendUnloadRequest(int request) {
+  CefRefPtr<BrowserImpl> self(this);
+  SendPageCommand(QStringLiteral("Page.close"), {},
+                  [self, request](const QJsonObject&, const QJsonObject& error) {
+                    if (!error.isEmpty() && self->asking_unload_ &&
+                        self->unload_request_ == request) {
+                      self->CloseOnUiThread(true);
+                    }
+                  });
+  // Chromium drops a Page.close that comes while the page still settles a
+  // beforeunload answered a moment ago; asking again is harmless, as it
+  // joins one under way.
+  PostUiTask(
+      [self, request] {
+        if (self->IsValid() && self->asking_unload_ &&
+            self->unload_request_ == request &&
+            !self->script_dialogs_->waiting_for_unload_answer()) {
+          self->SendUnloadRequest(request);
+        }
+      },
+      kUnloadRetryMs);
+}
+
+void BrowserImpl::WatchUnload() {
+  const int request = unload_request_;
+  CefRefPtr<BrowserImpl> self(this);
+  PostUiTask(
+      [self, request] {
+        if (!self->IsValid() || !self->asking_unload_ ||
+            self->unload_request_ != request ||
+            self->script_dialogs_->waiting_for_unload_answer()) {
+          return;
+        }
+        LOG(WARNING) << "The page neither answered nor went when asked to "
+                        "close: closing it without asking";
+        self->CloseOnUiThread(true);
+      },
+      kUnloadTimeoutMs);
+}
+
+void BrowserImpl::OnUnloadAnswered(bool allowed) {
+  // Otherwise the dialog was a navigation's.
+  if (!IsValid() || !asking_unload_) {
+    return;
+  }
+  if (!allowed) {
+    asking_unload_ = false;
+    return;
+  }
+  // The unload handlers run and the target goes; watched anew, as the
+  // client may have taken long to answer.
+  ++unload_request_;
+  WatchUnload();
 }
 
 void BrowserImpl::Destroy(bool close_target) {
@@ -501,10 +603,16 @@ void BrowserImpl::Destroy(bool close_target) {
   for (auto& [id, frame] : frames) {
     frame->Invalidate();
   }
+  asking_unload_ = false;
+  script_dialogs_->OnPageLeft();
   page_events_->Clear();
   if (navigation_policy_) {
     navigation_policy_->OnDetached(this);
     navigation_policy_.reset();
+  }
+  if (render_side_) {
+    render_side_->OnDetached(this);
+    render_side_.reset();
   }
   if (render_observer_) {
     render_observer_->OnDetached(this);
@@ -542,7 +650,9 @@ void BrowserImpl::ReleaseAfterShutdown() {
     devtools_.reset();
   }
   page_events_->Clear();
+  script_dialogs_->Release();
   navigation_policy_.reset();
+  render_side_.reset();
   render_observer_.reset();
 }
 
@@ -592,6 +702,7 @@ void BrowserImpl::NavigateHistory(int offset) {
       }
       entry = self->history_.at(index).toObject();
     }
+    self->script_dialogs_->BeforeLeaving(false);
     self->page_events_->ExpectTransition(static_cast<cef_transition_type_t>(
         TransitionFromProtocol(
             entry.value(QLatin1String("transitionType")).toString()) |
@@ -610,6 +721,7 @@ bool BrowserImpl::IsLoading() {
 void BrowserImpl::Reload() {
   CefRefPtr<BrowserImpl> self(this);
   RunOnUiThread([self] {
+    self->script_dialogs_->BeforeLeaving(true);
     self->page_events_->ExpectTransition(TT_RELOAD);
     self->SendPageCommand(QStringLiteral("Page.reload"),
                           QJsonObject{{"ignoreCache", false}});
@@ -619,6 +731,7 @@ void BrowserImpl::Reload() {
 void BrowserImpl::ReloadIgnoreCache() {
   CefRefPtr<BrowserImpl> self(this);
   RunOnUiThread([self] {
+    self->script_dialogs_->BeforeLeaving(true);
     self->page_events_->ExpectTransition(TT_RELOAD);
     self->SendPageCommand(QStringLiteral("Page.reload"),
                           QJsonObject{{"ignoreCache", true}});
@@ -701,6 +814,7 @@ void BrowserImpl::Navigate(const QString& frame_id, const std::string& url) {
         self->navigation_policy_->OnNavigate(self.get(), frame_id, target_url)) {
       return;
     }
+    self->script_dialogs_->BeforeLeaving(false);
     QJsonObject params{{"url", target_url}};
     if (frame_id.isEmpty()) {
       self->page_events_->ExpectTransition(TT_EXPLICIT);
@@ -861,25 +975,29 @@ bool BrowserImpl::CanZoom(cef_zoom_command_t command) {
 }
 
 void BrowserImpl::Zoom(cef_zoom_command_t command) {
-  const double factor = ZoomFactor(GetZoomLevel());
-  double next = 1.0;
-  if (command == CEF_ZOOM_COMMAND_IN) {
-    next = kZoomFactors[std::size(kZoomFactors) - 1];
-    for (double step : kZoomFactors) {
-      if (step > factor + 1e-6) {
-        next = step;
-        break;
+  CefRefPtr<BrowserImpl> self(this);
+  // On the UI thread, so that commands from elsewhere step in turn.
+  RunOnUiThread([self, command] {
+    const double factor = ZoomFactor(self->GetZoomLevel());
+    double next = 1.0;
+    if (command == CEF_ZOOM_COMMAND_IN) {
+      next = kZoomFactors[std::size(kZoomFactors) - 1];
+      for (double step : kZoomFactors) {
+        if (step > factor + 1e-6) {
+          next = step;
+          break;
+        }
+      }
+    } else if (command == CEF_ZOOM_COMMAND_OUT) {
+      next = kZoomFactors[0];
+      for (double step : kZoomFactors) {
+        if (step < factor - 1e-6) {
+          next = step;
+        }
       }
     }
-  } else if (command == CEF_ZOOM_COMMAND_OUT) {
-    next = kZoomFactors[0];
-    for (double step : kZoomFactors) {
-      if (step < factor - 1e-6) {
-        next = step;
-      }
-    }
-  }
-  SetZoomLevel(ZoomLevel(next));
+    self->SetZoomLevel(ZoomLevel(next));
+  });
 }
 
 double BrowserImpl::GetDefaultZoomLevel() {
@@ -891,10 +1009,35 @@ double BrowserImpl::GetZoomLevel() {
   return zoom_level_;
 }
 
-// The protocol has no page zoom: the level is kept for the getters only.
+// The protocol has no page zoom: it is made of the metrics override, which
+// the page keeps across navigations.
 void BrowserImpl::SetZoomLevel(double zoomLevel) {
-  std::lock_guard<std::mutex> lock(mutex_);
-  zoom_level_ = zoomLevel;
+  if (!std::isfinite(zoomLevel)) {
+    LOG(ERROR) << "CefBrowserHost::SetZoomLevel: not a zoom level";
+    return;
+  }
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (zoom_level_ == zoomLevel) {
+      return;
+    }
+    zoom_level_ = zoomLevel;
+  }
+  CefRefPtr<BrowserImpl> self(this);
+  // The task reads the level when it runs: the last one set wins.
+  RunOnUiThread([self] {
+    if (!self->IsValid()) {
+      return;
+    }
+    // The metrics override resets the visible size: both go again.
+    self->SendPageCommand(QStringLiteral("Emulation.setDeviceMetricsOverride"),
+                          self->MetricsOverride());
+    self->SendPageCommand(QStringLiteral("Emulation.setVisibleSize"),
+                          self->VisibleSize());
+    if (self->render_observer_) {
+      self->render_observer_->OnViewChanged(self.get());
+    }
+  });
 }
 
 void BrowserImpl::RunFileDialog(FileDialogMode mode,
@@ -1052,6 +1195,9 @@ QJsonObject BrowserImpl::MetricsOverride() {
   const CefSize size = view_size();
   const float scale = device_scale_factor();
   const float painted = chromium_scale_factor();
+  // Page zoom as Chromium's: the page is laid out smaller by the factor and
+  // at a ratio larger by it, into the same visible size.
+  const double zoom = AppliedZoomFactor(GetZoomLevel());
   if (scale > painted && !warned_soft_scale_) {
     // Above the process's factor the zoom enlarges.
     warned_soft_scale_ = true;
@@ -1059,15 +1205,24 @@ QJsonObject BrowserImpl::MetricsOverride() {
                  << " is above the factor its Chromium paints at (" << painted
                  << "): the page is enlarged and less sharp";
   }
-  return QJsonObject{{"width", size.width},
-                     {"height", size.height},
-                     {"deviceScaleFactor", scale},
-                     {"mobile", false},
-                     {"scale", PageZoom(scale, painted)}};
+  // Width 0 would end the override.
+  QJsonObject metrics{{"width", std::max(1, qRound(size.width / zoom))},
+                      {"height", std::max(1, qRound(size.height / zoom))},
+                      {"deviceScaleFactor", scale * zoom},
+                      {"mobile", false},
+                      {"scale", PageZoom(scale, painted) * zoom}};
+  if (zoom != 1.0) {
+    // Chromium's zoom leaves scrollbars their size on screen, while classic
+    // ones would grow with the ratio here and crowd the view: a zoomed page
+    // gets overlay scrollbars, which take no room.
+    metrics.insert(QStringLiteral("scrollbarType"), QStringLiteral("overlay"));
+  }
+  return metrics;
 }
 
 QJsonObject BrowserImpl::ToPagePoint(QJsonObject params) const {
-  // The protocol takes input points in the zoomed view's pixels.
+  // The protocol takes input points in the zoomed view's pixels; the page
+  // divides them by the whole scale, its zoom included.
   const double zoom = PageZoom(device_scale_factor(), chromium_scale_factor());
   if (zoom != 1.0) {
     for (const char* key : {"x", "y"}) {

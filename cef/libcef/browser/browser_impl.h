@@ -19,6 +19,7 @@
 #include "include/cef_browser.h"
 #include "include/cef_client.h"
 #include "libcef/browser/navigation_policy.h"
+#include "libcef/browser/render_side.h"
 #include "libcef/browser/render_observer.h"
 #include "libcef/browser/request_context_impl.h"
 
@@ -28,6 +29,7 @@ class ChromiumInstance;
 class DevToolsSession;
 class FrameImpl;
 class PageEvents;
+class ScriptDialogs;
 
 class BrowserImpl : public CefBrowser, public CefBrowserHost {
  public:
@@ -77,6 +79,9 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   // The client and its render handler (null without one). Any thread.
   CefRefPtr<CefClient> client() const;
   CefRefPtr<CefRenderHandler> render_handler() const;
+  // The render process's half, while the page is attached; else null. Engine
+  // UI thread.
+  RenderSide* render_side() const { return render_side_.get(); }
   CefRefPtr<CefDictionaryValue> extra_info() const { return extra_info_; }
   // Its storage holds the scheme handler factories. Engine UI thread.
   CefRefPtr<RequestContextImpl> request_context() const {
@@ -100,6 +105,12 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   // An event of the page's session, or a target event about it. Engine UI
   // thread.
   void OnProtocolEvent(const QString& method, const QJsonObject& params);
+
+  // The page's script dialogs. Engine UI thread.
+  ScriptDialogs* script_dialogs() const { return script_dialogs_.get(); }
+  // A beforeunload dialog ended: a non-forced close goes on or, denied,
+  // is called off. Engine UI thread.
+  void OnUnloadAnswered(bool allowed);
 
   // Chromium died: reports the browser terminated and closes it. Engine UI
   // thread.
@@ -285,15 +296,24 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   void NotifyAfterCreated();
   // Asks the render handler for the view again; true if it changed.
   bool UpdateViewFromClient();
-  // The two commands that apply view_size() and device_scale_factor() to
-  // the page: Emulation.setDeviceMetricsOverride, then
+  // The two commands that apply view_size(), device_scale_factor() and the
+  // zoom level to the page: Emulation.setDeviceMetricsOverride, then
   // Emulation.setVisibleSize. Engine UI thread.
   QJsonObject MetricsOverride();
   QJsonObject VisibleSize() const;
   // |params| of an input event with its point ("x", "y") in view
   // coordinates, moved to the page's zoomed view. Any thread.
   QJsonObject ToPagePoint(QJsonObject params) const;
-  void CloseOnUiThread();
+  // A non-forced close first asks the page's beforeunload handlers.
+  void CloseOnUiThread(bool force);
+  // Page.close, which runs them and closes the target if they allow it;
+  // false when the page cannot be asked.
+  bool AskUnload();
+  // Sends Page.close for |request| until the page answers.
+  void SendUnloadRequest(int request);
+  // Closes anyway when the page neither answers nor goes in time, unless
+  // the client is still deciding.
+  void WatchUnload();
   // The page's target went away by itself (window.close(), closed outside).
   void OnTargetGone();
   void Destroy(bool close_target);
@@ -323,12 +343,19 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   std::shared_ptr<ChromiumInstance> chromium_;
   QString target_id_;
   std::unique_ptr<PageEvents> page_events_;
+  std::unique_ptr<ScriptDialogs> script_dialogs_;
   std::unique_ptr<RenderObserver> render_observer_;
   std::unique_ptr<NavigationPolicy> navigation_policy_;
+  std::unique_ptr<RenderSide> render_side_;
   bool after_created_ = false;
   bool closing_ = false;
   // DoClose answered true: the next close request finishes the job.
   bool close_deferred_ = false;
+  // Page.close was sent and the page's verdict is awaited; the number tells
+  // one request's timeout from the next.
+  bool asking_unload_ = false;
+  int unload_request_ = 0;
+  bool target_gone_ = false;
 
   mutable std::mutex mutex_;
   // Guarded by |mutex_|: what any thread may read or send.

@@ -8,6 +8,8 @@
 #include "include/cef_urlrequest.h"
 #include "include/cef_v8.h"
 #include "libcef/browser/browser_impl.h"
+#include "libcef/browser/render_side.h"
+#include "libcef/browser/ui_task.h"
 
 namespace cefengine {
 
@@ -174,11 +176,24 @@ CefRefPtr<CefURLRequest> FrameImpl::CreateURLRequest(
 
 void FrameImpl::SendProcessMessage(CefProcessId target_process,
                                    CefRefPtr<CefProcessMessage> message) {
-  static std::atomic<bool> logged{false};
-  if (!logged.exchange(true)) {
-    LOG(WARNING) << "CefFrame::SendProcessMessage: no render process answers "
-                    "yet; messages are dropped";
+  if (!message || !message->IsValid()) {
+    return;
   }
+  CefRefPtr<FrameImpl> self(this);
+  if (target_process == PID_BROWSER) {
+    // The render side answering.
+    SendToBrowserProcess(browser_, self, message);
+    return;
+  }
+  // Queued, like a message that crosses to another process.
+  PostUiTask([self, message] {
+    if (!self->browser_->IsValid()) {
+      return;
+    }
+    if (RenderSide* render_side = self->browser_->render_side()) {
+      render_side->OnProcessMessage(self->browser_.get(), self, message);
+    }
+  });
 }
 
 }  // namespace cefengine

@@ -12,6 +12,7 @@
 #include "libcef/browser/frame_impl.h"
 #include "libcef/browser/navigation_entry_impl.h"
 #include "libcef/browser/net_error.h"
+#include "libcef/browser/script_dialogs.h"
 #include "libcef/browser/ui_task.h"
 
 namespace cefengine {
@@ -310,6 +311,10 @@ void PageEvents::Handle(const QString& method, const QJsonObject& params) {
     OnFrameRequestedNavigation(params);
   } else if (method == QLatin1String("Page.navigatedWithinDocument")) {
     OnSameDocumentNavigation(params);
+  } else if (method == QLatin1String("Page.javascriptDialogOpening")) {
+    browser_->script_dialogs_->OnOpening(params);
+  } else if (method == QLatin1String("Page.javascriptDialogClosed")) {
+    browser_->script_dialogs_->OnClosed(params);
   } else if (method == QLatin1String("Page.windowOpen")) {
     window_opens_.push_back(params);
   } else if (method == QLatin1String("Network.requestWillBeSent")) {
@@ -384,6 +389,9 @@ void PageEvents::OnFrameNavigated(const QJsonObject& params) {
   target->SetCommitted(url.toStdString(), Str(frame, "name").toStdString());
   commits_[id] = Commit{Str(frame, "loaderId"), error_page, false};
   const bool main = parent_id.isEmpty();
+  if (main) {
+    browser_->script_dialogs_->OnPageLeft();
+  }
   if (error_page) {
     // The failure itself is told by OnLoadError; CEF reports no start, end
     // or address for the error page.
@@ -692,6 +700,7 @@ void PageEvents::OnCrashed(const QJsonObject& params) {
     return;
   }
   crashed_ = true;
+  browser_->script_dialogs_->OnPageLeft();
   QString status = Str(params, "status");
   if (status.isEmpty()) {
     status = QStringLiteral("crashed");

@@ -1,5 +1,6 @@
 // Turns one page's protocol events into CEF's handler calls, in order: load
-// state, frames, addresses, titles, console messages, popups, crashes.
+// state, frames, addresses, titles, console messages, popups, script
+// dialogs, crashes.
 
 #ifndef CEF_LIBCEF_BROWSER_PAGE_EVENTS_H_
 #define CEF_LIBCEF_BROWSER_PAGE_EVENTS_H_

@@ -1,0 +1,63 @@
+// Where the render process's half of the process messages plugs in. CEF runs
+// a client's render-process code next to the page; here the engine carries
+// that side itself, over the page's protocol session, and the browser core
+// only routes to it.
+
+#ifndef CEF_LIBCEF_BROWSER_RENDER_SIDE_H_
+#define CEF_LIBCEF_BROWSER_RENDER_SIDE_H_
+
+#include <functional>
+#include <memory>
+
+#include <QJsonObject>
+#include <QString>
+
+#include "include/cef_frame.h"
+#include "include/cef_process_message.h"
+
+namespace cefengine {
+
+class BrowserImpl;
+
+// One per browser, owned by it. Engine UI thread, OnAttached first and
+// OnDetached last.
+class RenderSide {
+ public:
+  virtual ~RenderSide() = default;
+
+  // The page is attached and still held (see NavigationPolicy::OnAttached).
+  virtual void OnAttached(BrowserImpl* browser) {}
+
+  // Each protocol event of the page; true consumes it.
+  virtual bool OnPageEvent(BrowserImpl* browser,
+                           const QString& method,
+                           const QJsonObject& params) {
+    return false;
+  }
+
+  // A message the client sent to the render process through |frame|.
+  virtual void OnProcessMessage(BrowserImpl* browser,
+                                CefRefPtr<CefFrame> frame,
+                                CefRefPtr<CefProcessMessage> message) {}
+
+  // The page is going; nothing is called afterwards.
+  virtual void OnDetached(BrowserImpl* browser) {}
+};
+
+using RenderSideFactory =
+    std::function<std::unique_ptr<RenderSide>(BrowserImpl* browser)>;
+
+// For browsers created afterwards; a static registrar is fine. Any thread.
+void SetRenderSideFactory(RenderSideFactory factory);
+RenderSideFactory GetRenderSideFactory();
+
+// Hands |message| to the client of |browser| through
+// CefClient::OnProcessMessageReceived, as from the render process, on the
+// engine UI thread and never re-entrantly. Any thread.
+void SendToBrowserProcess(CefRefPtr<BrowserImpl> browser,
+                          CefRefPtr<CefFrame> frame,
+                          CefRefPtr<CefProcessMessage> message);
+
+}  // namespace cefengine
+
+#endif  // CEF_LIBCEF_BROWSER_RENDER_SIDE_H_

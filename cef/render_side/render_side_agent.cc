@@ -1,0 +1,207 @@
+#include "render_side/render_side_agent.h"
+
+#include <cmath>
+#include <limits>
+
+#include <QJsonArray>
+#include <QJsonObject>
+
+#include "client/process_messages/focused_node_changed_message.h"
+#include "client/process_messages/repaint_sync_message.h"
+#include "client/process_messages/repaint_sync_result_message.h"
+#include "client/process_messages/run_java_script_message.h"
+#include "client/process_messages/run_java_script_result_message.h"
+#include "include/base/cef_logging.h"
+#include "libcef/browser/browser_impl.h"
+
+namespace cefengine {
+
+namespace {
+
+// Every browser gets one.
+[[maybe_unused]] const bool kRegistered = [] {
+  SetRenderSideFactory([](BrowserImpl*) -> std::unique_ptr<RenderSide> {
+    return std::make_unique<RenderSideAgent>();
+  });
+  return true;
+}();
+
+// A world of its own: the page's scripts neither see nor break the watcher.
+constexpr char kWorld[] = "__broviaRenderSide";
+constexpr char kFocusBinding[] = "__broviaFocus";
+
+// Reports each focus change of the document, and whether the new node takes
+// text.
+const char kFocusWatcher[] = R"JS((() => {
+  if (window !== window.top) return;
+  const takesText = (node) => {
+    if (!node) return false;
+    if (node.isContentEditable) return true;
+    if (node.tagName === 'TEXTAREA') return !node.readOnly && !node.disabled;
+    if (node.tagName !== 'INPUT') return false;
+    const kinds = ['text', 'search', 'url', 'tel', 'email', 'password', 'number',
+                   'date', 'datetime-local', 'month', 'time', 'week'];
+    return kinds.includes((node.type || 'text').toLowerCase()) && !node.readOnly && !node.disabled;
+  };
+  let last = null;
+  const report = () => {
+    const editable = takesText(document.activeElement);
+    if (editable !== last) { last = editable; %1(editable ? '1' : '0'); }
+  };
+  document.addEventListener('focusin', report, true);
+  document.addEventListener('focusout', () => setTimeout(report, 0), true);
+})();)JS";
+
+}  // namespace
+
+void RenderSideAgent::OnAttached(BrowserImpl* browser) {
+  browser->SendPageCommand(QStringLiteral("Runtime.addBinding"),
+                           {{"name", kFocusBinding},
+                            {"executionContextName", kWorld}});
+  browser->SendPageCommand(
+      QStringLiteral("Page.addScriptToEvaluateOnNewDocument"),
+      {{"source", QString::fromLatin1(kFocusWatcher)
+                      .arg(QLatin1String(kFocusBinding))},
+       {"worldName", kWorld},
+       {"runImmediately", true}});
+}
+
+bool RenderSideAgent::OnPageEvent(BrowserImpl* browser,
+                                  const QString& method,
+                                  const QJsonObject& params) {
+  if (method != QLatin1String("Runtime.bindingCalled") ||
+      params.value(QLatin1String("name")).toString() !=
+          QLatin1String(kFocusBinding)) {
+    return false;
+  }
+  ReportFocus(browser,
+              params.value(QLatin1String("payload")).toString() ==
+                  QLatin1String("1"));
+  return true;
+}
+
+void RenderSideAgent::OnProcessMessage(BrowserImpl* browser,
+                                       CefRefPtr<CefFrame> frame,
+                                       CefRefPtr<CefProcessMessage> message) {
+  const std::string name = message->GetName().ToString();
+  if (name == brovia::RunJavaScriptMessage::kName) {
+    RunJavaScript(browser, frame, message);
+  } else if (name == brovia::RepaintSyncMessage::kName) {
+    RepaintSync(browser, frame, message);
+  }
+}
+
+void RenderSideAgent::RunJavaScript(BrowserImpl* browser,
+                                    CefRefPtr<CefFrame> frame,
+                                    CefRefPtr<CefProcessMessage> message) {
+  CefRefPtr<brovia::RunJavaScriptMessage> request =
+      new brovia::RunJavaScriptMessage();
+  if (!request->fromProcessMessage(message)) {
+    LOG(WARNING) << "Render side: a malformed script request is dropped";
+    return;
+  }
+  CefRefPtr<BrowserImpl> keep(browser);
+  const int64_t reply_to = request->requestId;
+  // Every request gets exactly one answer, also when the script throws or the
+  // page is gone: the host may be waiting for it.
+  browser->SendPageCommand(
+      QStringLiteral("Runtime.evaluate"),
+      {{"expression", QString::fromStdString(request->script.ToString())},
+       {"returnByValue", true},
+       {"userGesture", true}},
+      [keep, frame, reply_to](const QJsonObject& result,
+                              const QJsonObject& error) {
+        CefRefPtr<brovia::RunJavaScriptResultMessage> answer =
+            new brovia::RunJavaScriptResultMessage();
+        answer->replyTo = reply_to;
+        const QJsonObject remote =
+            result.value(QLatin1String("result")).toObject();
+        if (error.isEmpty() &&
+            !result.contains(QLatin1String("exceptionDetails"))) {
+          answer->result =
+              ToCefValue(remote.value(QLatin1String("value")));
+        } else {
+          answer->result = ToCefValue(QJsonValue::Null);
+        }
+        answer->send(keep.get(), frame);
+      });
+}
+
+void RenderSideAgent::RepaintSync(BrowserImpl* browser,
+                                  CefRefPtr<CefFrame> frame,
+                                  CefRefPtr<CefProcessMessage> message) {
+  CefRefPtr<brovia::RepaintSyncMessage> request =
+      new brovia::RepaintSyncMessage();
+  if (!request->fromProcessMessage(message)) {
+    return;
+  }
+  // The page paints its next frame once the request has gone through its
+  // event loop; the answer says the repaint was asked for.
+  CefRefPtr<BrowserImpl> keep(browser);
+  browser->SendPageCommand(
+      QStringLiteral("Runtime.evaluate"),
+      {{"expression",
+        "new Promise(r => requestAnimationFrame(() => r(true)))"},
+       {"awaitPromise", true}},
+      [keep, frame](const QJsonObject&, const QJsonObject&) {
+        CefRefPtr<brovia::RepaintSyncResultMessage> answer =
+            new brovia::RepaintSyncResultMessage();
+        answer->send(keep.get(), frame);
+      });
+}
+
+void RenderSideAgent::ReportFocus(BrowserImpl* browser, bool editable) {
+  CefRefPtr<CefFrame> frame = browser->GetMainFrame();
+  CefRefPtr<brovia::FocusedNodeChangedMessage> notice =
+      new brovia::FocusedNodeChangedMessage();
+  notice->editable = editable;
+  notice->send(browser, frame);
+}
+
+CefRefPtr<CefValue> RenderSideAgent::ToCefValue(const QJsonValue& value) {
+  CefRefPtr<CefValue> out = CefValue::Create();
+  switch (value.type()) {
+    case QJsonValue::Bool:
+      out->SetBool(value.toBool());
+      break;
+    case QJsonValue::Double: {
+      const double number = value.toDouble();
+      if (std::trunc(number) == number &&
+          number >= std::numeric_limits<int>::min() &&
+          number <= std::numeric_limits<int>::max()) {
+        out->SetInt(static_cast<int>(number));
+      } else {
+        out->SetDouble(number);
+      }
+      break;
+    }
+    case QJsonValue::String:
+      out->SetString(value.toString().toStdString());
+      break;
+    case QJsonValue::Array: {
+      CefRefPtr<CefListValue> list = CefListValue::Create();
+      const QJsonArray array = value.toArray();
+      for (int i = 0; i < array.size(); ++i) {
+        list->SetValue(static_cast<size_t>(i), ToCefValue(array.at(i)));
+      }
+      out->SetList(list);
+      break;
+    }
+    case QJsonValue::Object: {
+      CefRefPtr<CefDictionaryValue> dictionary = CefDictionaryValue::Create();
+      const QJsonObject object = value.toObject();
+      for (auto it = object.begin(); it != object.end(); ++it) {
+        dictionary->SetValue(it.key().toStdString(), ToCefValue(it.value()));
+      }
+      out->SetDictionary(dictionary);
+      break;
+    }
+    case QJsonValue::Null:
+    case QJsonValue::Undefined:
+      out->SetNull();
+      break;
+  }
+  return out;
+}
+
+}  // namespace cefengine

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "client/process_messages/cef_client_message.h"
+
+#include "include/cef_base.h"
+#include "include/cef_browser.h"
+
+#include <QObject>
+#include <QPoint>
+#include <QString>
+#include <QVariantList>
+
+#include <atomic>
+
+// Dispatches the host methods that a page calls ("cefclient" messages): a fixed set is served
+// here, every other name goes to the host through unhandled. Runs on the engine UI thread; the
+// signals reach the client queued.
+class CefClientMessageHandler : public QObject, public CefBaseRefCounted
+{
+    Q_OBJECT
+
+public:
+    void handleMessage(CefRefPtr<CefBrowser> browser, CefRefPtr<brovia::CefClientMessage> message) const;
+
+    void handleDevTools(CefRefPtr<CefBrowser> browser, CefRefPtr<brovia::CefClientMessage> message) const;
+    void handleZoomLevel(CefRefPtr<CefBrowser> browser, CefRefPtr<brovia::CefClientMessage> message) const;
+    void handleSetTitle(CefRefPtr<CefBrowser> browser, CefRefPtr<brovia::CefClientMessage> message) const;
+    void handleSetDownloadLocation(CefRefPtr<CefBrowser> browser,
+                                   CefRefPtr<brovia::CefClientMessage> message) const;
+    void handleUnhandled(CefRefPtr<CefBrowser> browser, CefRefPtr<brovia::CefClientMessage> message) const;
+
+    void AddRef() const override;
+    bool Release() const override;
+    bool HasOneRef() const override;
+    bool HasAtLeastOneRef() const override;
+
+Q_SIGNALS:
+    void unhandled(QString method, QVariantList args) const;
+    void error(QString msg) const;
+    void showDevTools(QPoint point) const;
+    void showDevTools() const;
+    void hideDevTools() const;
+    void setZoomLevel(double factor) const;
+    void changeZoomLevel(double delta) const;
+    void setDownloadLocation(QString loc) const;
+    void titleChanged(QString title) const;
+
+private:
+    // The single string argument of [[string]], or false.
+    static bool singleString(CefRefPtr<CefListValue> args, bool& outerOk, CefString& value);
+
+    mutable std::atomic<int32_t> m_refCount{0};
+};

@@ -1,0 +1,53 @@
+#include "view_harness.h"
+
+#include <QElapsedTimer>
+#include <QVariantList>
+#include <QVariantMap>
+
+#include <gtest/gtest.h>
+
+using namespace std::chrono_literals;
+
+TEST(PageAccess, ScriptsGiveTheirValuesBothWaysAndTheSourceComesBack)
+{
+    startEngine();
+    auto view = makeView(300, 200);
+
+    // Before the first load there is no browser: answers come at once.
+    EXPECT_FALSE(view->runJavaScriptSync(QStringLiteral("1 + 1"), 5000ms).isValid());
+    bool calledAtOnce = false;
+    view->runJavaScript(QStringLiteral("1"), [&](const QVariant& value) {
+        calledAtOnce = value.isValid() && value.toString().isNull();
+    });
+    EXPECT_TRUE(calledAtOnce);
+    EXPECT_TRUE(view->html().isNull());
+
+    view->load(htmlPage(QStringLiteral("<html><head><title>T</title></head><body><p id='p'>para</p></body></html>")));
+    ASSERT_TRUE(waitUntil([&] { return view->getRenderedImageSize() == view->size(); }));
+
+    EXPECT_EQ(view->runJavaScriptSync(QStringLiteral("6 * 7"), 10000ms), QVariant(42));
+    EXPECT_EQ(view->runJavaScriptSync(QStringLiteral("document.getElementById('p').textContent"), 10000ms),
+              QVariant(QStringLiteral("para")));
+    const QVariant object = view->runJavaScriptSync(QStringLiteral("({list: [1, 'two', true], half: 0.5})"), 10000ms);
+    const QVariantMap map = object.toMap();
+    EXPECT_EQ(map.value("list").toList(), (QVariantList{1, QStringLiteral("two"), true}));
+    EXPECT_EQ(map.value("half").toDouble(), 0.5);
+    // A script that throws still answers, with nothing.
+    EXPECT_FALSE(view->runJavaScriptSync(QStringLiteral("throw new Error('x')"), 10000ms).isValid());
+
+    // Two scripts in flight, each answered in its own callback.
+    QVariant first;
+    QVariant second;
+    view->runJavaScript(QStringLiteral("'one'"), [&](const QVariant& value) { first = value; });
+    view->runJavaScript(QStringLiteral("'two'"), [&](const QVariant& value) { second = value; });
+    EXPECT_TRUE(waitUntil([&] { return first.isValid() && second.isValid(); }));
+    EXPECT_EQ(first, QVariant(QStringLiteral("one")));
+    EXPECT_EQ(second, QVariant(QStringLiteral("two")));
+
+    // A wait that gives up returns at once and leaves nothing behind for the late answer.
+    EXPECT_FALSE(view->runJavaScriptSync(QStringLiteral("'quick'"), 0ms).isValid());
+    waitUntil([] { return false; }, 300);
+
+    const QString source = view->html();
+    EXPECT_TRUE(source.contains(QStringLiteral("<p id=\"p\">para</p>"))) << source.toStdString();
+}
