@@ -2,12 +2,14 @@
 
 #include "client/get_zoom_level_task.h"
 #include "client/js_callbacks_manager.h"
+#include "client/process_messages/cef_client_message.h"
 #include "client/process_messages/focused_node_changed_message.h"
 #include "client/process_messages/run_java_script_message.h"
 #include "client/process_messages/run_java_script_result_message.h"
 #include "client/run_java_script_callback.h"
 #include "host/view_support/conversions.h"
 #include "engine/life_span_handler.h"
+#include "handlers/cef_client_message_handler.h"
 #include "handlers/context_menu_handler.h"
 #include "handlers/display_handler.h"
 #include "handlers/load_handler.h"
@@ -42,7 +44,8 @@ double clampZoomLevel(double level)
 } // namespace
 
 BrowserClient::BrowserClient(QWidget* view)
-    : m_contextMenuHandler(new ContextMenuHandler(view))
+    : m_clientMessageHandler(new CefClientMessageHandler())
+    , m_contextMenuHandler(new ContextMenuHandler(view))
     , m_displayHandler(new DisplayHandler())
     , m_lifeSpanHandler(new LifeSpanHandler())
     , m_loadHandler(new LoadHandler())
@@ -68,6 +71,19 @@ BrowserClient::BrowserClient(QWidget* view)
     connect(m_displayHandler.get(), &DisplayHandler::javaScriptConsoleMessage, this,
             &BrowserClient::javaScriptConsoleMessage);
     connect(m_displayHandler.get(), &DisplayHandler::cursorChanged, this, &BrowserClient::cursorChanged);
+    connect(m_clientMessageHandler.get(), &CefClientMessageHandler::unhandled, this,
+            &BrowserClient::receivedCefClientMessage);
+    connect(m_clientMessageHandler.get(), &CefClientMessageHandler::error, this, &BrowserClient::onMessageError);
+    connect(m_clientMessageHandler.get(), qOverload<QPoint>(&CefClientMessageHandler::showDevTools), this,
+            qOverload<QPoint>(&BrowserClient::onShowDevTools));
+    connect(m_clientMessageHandler.get(), &CefClientMessageHandler::hideDevTools, this,
+            &BrowserClient::onHideDevTools);
+    connect(m_clientMessageHandler.get(), &CefClientMessageHandler::setZoomLevel, this,
+            &BrowserClient::onSetZoomLevel);
+    connect(m_clientMessageHandler.get(), &CefClientMessageHandler::changeZoomLevel, this,
+            &BrowserClient::onChangeZoomLevel);
+    connect(m_clientMessageHandler.get(), &CefClientMessageHandler::titleChanged, this,
+            &BrowserClient::titleChanged);
     connect(m_contextMenuHandler.get(), &ContextMenuHandler::cefContextMenuRequested, this,
             &BrowserClient::cefContextMenuRequested);
 
@@ -120,6 +136,7 @@ void BrowserClient::cleanup()
     QObject::disconnect(m_requestHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(m_loadHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(m_displayHandler.get(), nullptr, nullptr, nullptr);
+    QObject::disconnect(m_clientMessageHandler.get(), nullptr, nullptr, nullptr);
 
     // The widget is dying: no engine callback may touch it from here on.
     m_renderHandler->SetView(nullptr);
@@ -140,6 +157,14 @@ bool BrowserClient::OnProcessMessageReceived(CefRefPtr<CefBrowser> browser, CefR
     if (m_cleanedUp)
         return true;
     const std::string name = message->GetName().ToString();
+    if (name == brovia::CefClientMessage::kName)
+    {
+        CefRefPtr<brovia::CefClientMessage> call = new brovia::CefClientMessage();
+        call->fromProcessMessage(message);
+        // The client's own browser, whichever object the engine passed.
+        m_clientMessageHandler->handleMessage(GetBrowser(), call);
+        return true;
+    }
     if (name == brovia::RunJavaScriptResultMessage::kName)
     {
         CefRefPtr<brovia::RunJavaScriptResultMessage> result = new brovia::RunJavaScriptResultMessage();
@@ -300,6 +325,15 @@ void BrowserClient::onShowDevTools()
 void BrowserClient::onHideDevTools()
 {
     GetBrowser()->GetHost()->CloseDevTools();
+}
+
+void BrowserClient::onMessageError(QString errorString)
+{
+    BROVIA_INSTRUMENT_CONTEXT("onMessageError", "errorString", errorString.toStdString());
+    // Unescaped on purpose: the page's console shows the text as it came.
+    const QString statement = QStringLiteral("console.warn('") + errorString + QStringLiteral("');");
+    CefRefPtr<CefFrame> frame = GetBrowser()->GetMainFrame();
+    frame->ExecuteJavaScript(Conversions::convertString(statement), frame->GetURL(), 0);
 }
 
 void BrowserClient::onSetZoomLevel(double factor)

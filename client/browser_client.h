@@ -17,6 +17,7 @@
 
 #include <atomic>
 
+class CefClientMessageHandler;
 class ContextMenuHandler;
 class JSCallBacksManager;
 class RunJavaScriptCallback;
@@ -122,8 +123,10 @@ private Q_SLOTS:
     void onSetZoomLevel(double factor);
     void onChangeZoomLevel(double delta);
     void onDragFinished(Qt::DropAction dropAction);
+    void onMessageError(QString errorString);
 
 private:
+    CefRefPtr<CefClientMessageHandler> m_clientMessageHandler;
     CefRefPtr<ContextMenuHandler> m_contextMenuHandler;
     CefRefPtr<DisplayHandler> m_displayHandler;
     CefRefPtr<LifeSpanHandler> m_lifeSpanHandler;

@@ -154,6 +154,8 @@ void QCefViewImpl::connectBrowserClient()
     connect(client, &BrowserClient::dpiChanged, this, &QCefViewImpl::onDpiChanged);
     connect(client, &BrowserClient::tooltipChanged, this, &QCefViewImpl::onTooltipChanged);
     connect(client, &BrowserClient::focusLost, this, &QCefViewImpl::onFocusLost);
+    connect(client, &BrowserClient::receivedCefClientMessage, this, &IQCefViewImpl::receivedCefClientMessage);
+    connect(client, &BrowserClient::searchResultsReady, this, &IQCefViewImpl::searchResultsReady);
 }
 
 CefRefPtr<CefBrowserHost> QCefViewImpl::browserHost() const

@@ -4,8 +4,11 @@
 #include <limits>
 
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QJsonObject>
 
+#include "client/process_messages/cef_client_message.h"
+#include "client/process_messages/cef_client_result_message.h"
 #include "client/process_messages/focused_node_changed_message.h"
 #include "client/process_messages/repaint_sync_message.h"
 #include "client/process_messages/repaint_sync_result_message.h"
@@ -52,6 +55,25 @@ const char kFocusWatcher[] = R"JS((() => {
   document.addEventListener('focusout', () => setTimeout(report, 0), true);
 })();)JS";
 
+// The page's way to the host: cefclient(method, ...args) sends the arguments as
+// they are and resolves with the host's answer, for the methods that give one.
+constexpr char kCallBinding[] = "__broviaCefClient";
+const char kCallApi[] = R"JS((() => {
+  if (typeof window.cefclient === 'function') return;
+  const pending = new Map();
+  let next = 1;
+  window.cefclient = (method, ...args) => new Promise((resolve) => {
+    const id = next++;
+    pending.set(id, resolve);
+    // Looked up at each call: the binding may come after this script.
+    window.%1(JSON.stringify({method: String(method), args, id}));
+  });
+  window.%1Answer = (id, value) => {
+    const resolve = pending.get(id);
+    if (resolve) { pending.delete(id); resolve(value); }
+  };
+})();)JS";
+
 }  // namespace
 
 void RenderSideAgent::OnAttached(BrowserImpl* browser) {
@@ -64,20 +86,33 @@ void RenderSideAgent::OnAttached(BrowserImpl* browser) {
                       .arg(QLatin1String(kFocusBinding))},
        {"worldName", kWorld},
        {"runImmediately", true}});
+  browser->SendPageCommand(QStringLiteral("Runtime.addBinding"),
+                           {{"name", kCallBinding}});
+  browser->SendPageCommand(
+      QStringLiteral("Page.addScriptToEvaluateOnNewDocument"),
+      {{"source",
+        QString::fromLatin1(kCallApi).arg(QLatin1String(kCallBinding))},
+       {"runImmediately", true}});
 }
 
 bool RenderSideAgent::OnPageEvent(BrowserImpl* browser,
                                   const QString& method,
                                   const QJsonObject& params) {
-  if (method != QLatin1String("Runtime.bindingCalled") ||
-      params.value(QLatin1String("name")).toString() !=
-          QLatin1String(kFocusBinding)) {
+  if (method != QLatin1String("Runtime.bindingCalled")) {
     return false;
   }
-  ReportFocus(browser,
-              params.value(QLatin1String("payload")).toString() ==
-                  QLatin1String("1"));
-  return true;
+  const QString name = params.value(QLatin1String("name")).toString();
+  if (name == QLatin1String(kFocusBinding)) {
+    ReportFocus(browser,
+                params.value(QLatin1String("payload")).toString() ==
+                    QLatin1String("1"));
+    return true;
+  }
+  if (name == QLatin1String(kCallBinding)) {
+    ForwardCall(browser, params);
+    return true;
+  }
+  return false;
 }
 
 void RenderSideAgent::OnProcessMessage(BrowserImpl* browser,
@@ -88,6 +123,8 @@ void RenderSideAgent::OnProcessMessage(BrowserImpl* browser,
     RunJavaScript(browser, frame, message);
   } else if (name == brovia::RepaintSyncMessage::kName) {
     RepaintSync(browser, frame, message);
+  } else if (name == brovia::CefClientResultMessage::kName) {
+    AnswerCall(browser, message);
   }
 }
 
@@ -156,6 +193,96 @@ void RenderSideAgent::ReportFocus(BrowserImpl* browser, bool editable) {
       new brovia::FocusedNodeChangedMessage();
   notice->editable = editable;
   notice->send(browser, frame);
+}
+
+void RenderSideAgent::ForwardCall(BrowserImpl* browser,
+                                  const QJsonObject& params) {
+  // A page may call the binding with anything; what does not parse is
+  // dropped.
+  const QJsonObject call =
+      QJsonDocument::fromJson(
+          params.value(QLatin1String("payload")).toString().toUtf8())
+          .object();
+  if (!call.value(QLatin1String("method")).isString()) {
+    LOG(WARNING) << "Render side: a malformed host call of the page is dropped";
+    return;
+  }
+  const int64_t page_id =
+      static_cast<int64_t>(call.value(QLatin1String("id")).toDouble());
+  CefRefPtr<brovia::CefClientMessage> message = new brovia::CefClientMessage();
+  message->method =
+      call.value(QLatin1String("method")).toString().toStdString();
+  CefRefPtr<CefValue> args =
+      ToCefValue(call.value(QLatin1String("args")).toArray());
+  message->args = args->GetList();
+  // The engine's own number: the page's counts restart with each document.
+  message->callId = next_call_++;
+  pending_calls_[message->callId] = PendingCall{
+      params.value(QLatin1String("executionContextId")).toInt(), page_id};
+  message->send(browser, browser->GetMainFrame());
+}
+
+void RenderSideAgent::AnswerCall(BrowserImpl* browser,
+                                 CefRefPtr<CefProcessMessage> message) {
+  CefRefPtr<brovia::CefClientResultMessage> answer =
+      new brovia::CefClientResultMessage();
+  if (!answer->fromProcessMessage(message)) {
+    return;
+  }
+  auto pending = pending_calls_.find(answer->callId);
+  if (pending == pending_calls_.end()) {
+    return;
+  }
+  const PendingCall call = pending->second;
+  pending_calls_.erase(pending);
+  const QJsonArray value{ToJson(answer->result)};
+  const QString expression =
+      QStringLiteral("window.%1Answer && window.%1Answer(%2, %3[0])")
+          .arg(QLatin1String(kCallBinding))
+          .arg(call.page_id)
+          .arg(QString::fromUtf8(
+              QJsonDocument(value).toJson(QJsonDocument::Compact)));
+  // A context that went with its document fails the command, harmlessly.
+  browser->SendPageCommand(QStringLiteral("Runtime.evaluate"),
+                           {{"expression", expression},
+                            {"contextId", call.context}});
+}
+
+QJsonValue RenderSideAgent::ToJson(CefRefPtr<CefValue> value) {
+  if (!value) {
+    return QJsonValue::Null;
+  }
+  switch (value->GetType()) {
+    case VTYPE_BOOL:
+      return value->GetBool();
+    case VTYPE_INT:
+      return value->GetInt();
+    case VTYPE_DOUBLE:
+      return value->GetDouble();
+    case VTYPE_STRING:
+      return QString::fromStdString(value->GetString().ToString());
+    case VTYPE_LIST: {
+      QJsonArray array;
+      CefRefPtr<CefListValue> list = value->GetList();
+      for (size_t i = 0; i < list->GetSize(); ++i) {
+        array.append(ToJson(list->GetValue(i)));
+      }
+      return array;
+    }
+    case VTYPE_DICTIONARY: {
+      QJsonObject object;
+      CefRefPtr<CefDictionaryValue> dictionary = value->GetDictionary();
+      CefDictionaryValue::KeyList keys;
+      dictionary->GetKeys(keys);
+      for (const CefString& key : keys) {
+        object.insert(QString::fromStdString(key.ToString()),
+                      ToJson(dictionary->GetValue(key)));
+      }
+      return object;
+    }
+    default:
+      return QJsonValue::Null;
+  }
 }
 
 CefRefPtr<CefValue> RenderSideAgent::ToCefValue(const QJsonValue& value) {

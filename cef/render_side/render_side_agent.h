@@ -5,6 +5,9 @@
 #ifndef CEF_RENDER_SIDE_RENDER_SIDE_AGENT_H_
 #define CEF_RENDER_SIDE_RENDER_SIDE_AGENT_H_
 
+#include <cstdint>
+#include <map>
+
 #include <QJsonValue>
 
 #include "include/cef_values.h"
@@ -26,6 +29,8 @@ class RenderSideAgent : public RenderSide {
   // A script's value as the host reads it: objects and arrays as
   // dictionaries and lists, whole numbers within int as ints.
   static CefRefPtr<CefValue> ToCefValue(const QJsonValue& value);
+  // The other way, for answers to the page.
+  static QJsonValue ToJson(CefRefPtr<CefValue> value);
 
  private:
   void RunJavaScript(BrowserImpl* browser,
@@ -35,6 +40,18 @@ class RenderSideAgent : public RenderSide {
                    CefRefPtr<CefFrame> frame,
                    CefRefPtr<CefProcessMessage> message);
   void ReportFocus(BrowserImpl* browser, bool editable);
+  // A page's call of a host method, and the host's answer to it.
+  void ForwardCall(BrowserImpl* browser, const QJsonObject& params);
+  void AnswerCall(BrowserImpl* browser, CefRefPtr<CefProcessMessage> message);
+
+  // Each unanswered call by the engine's number: the page context it came
+  // from and the page's own number for it.
+  struct PendingCall {
+    int context = 0;
+    int64_t page_id = 0;
+  };
+  std::map<int64_t, PendingCall> pending_calls_;
+  int64_t next_call_ = 1;
 };
 
 }  // namespace cefengine

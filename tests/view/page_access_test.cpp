@@ -1,6 +1,7 @@
 #include "view_harness.h"
 
 #include <QElapsedTimer>
+#include <QSignalSpy>
 #include <QVariantList>
 #include <QVariantMap>
 
@@ -50,4 +51,35 @@ TEST(PageAccess, ScriptsGiveTheirValuesBothWaysAndTheSourceComesBack)
 
     const QString source = view->html();
     EXPECT_TRUE(source.contains(QStringLiteral("<p id=\"p\">para</p>"))) << source.toStdString();
+}
+
+TEST(PageAccess, APageCallsHostMethodsByName)
+{
+    startEngine();
+    auto view = makeView(300, 200);
+    QSignalSpy calls(view.get(), &IQCefViewImpl::receivedCefClientMessage);
+    QSignalSpy titles(view.get(), &IQCefViewImpl::titleChanged);
+    QSignalSpy console(view.get(), &IQCefViewImpl::javaScriptConsoleMessage);
+    view->load(htmlPage(QStringLiteral("<p>calls</p>")));
+    ASSERT_TRUE(waitUntil([&] { return view->getRenderedImageSize() == view->size(); }));
+
+    view->runJavaScript(QStringLiteral("cefclient('hostMethod', [1, 'two'], true); "
+                                       "cefclient('setTitle', ['From the page']); "
+                                       "cefclient('setTitle', 'bare'); "
+                                       "cefclient('setZoomLevel', [150])"),
+                        [](const QVariant&) {});
+    ASSERT_TRUE(waitUntil([&] { return !calls.isEmpty(); }));
+    EXPECT_EQ(calls.at(0).at(0).toString(), "hostMethod");
+    EXPECT_EQ(calls.at(0).at(1).toList(), (QVariantList{QVariantList{1, QStringLiteral("two")}, true}));
+    EXPECT_TRUE(waitUntil([&] {
+        return !titles.isEmpty() && titles.last().at(0).toString() == QStringLiteral("From the page");
+    }));
+    // A malformed call becomes a warning in the page's console.
+    EXPECT_TRUE(waitUntil([&] {
+        for (const auto& message : console)
+            if (message.at(0).toString().contains(QStringLiteral("must be an array")))
+                return true;
+        return false;
+    }));
+    EXPECT_TRUE(waitUntil([&] { return view->zoomLevel() == 1.5; }));
 }
