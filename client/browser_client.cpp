@@ -12,6 +12,7 @@
 #include "handlers/cef_client_message_handler.h"
 #include "handlers/context_menu_handler.h"
 #include "handlers/display_handler.h"
+#include "handlers/js_dialog_handler.h"
 #include "handlers/load_handler.h"
 #include "handlers/request_handler.h"
 
@@ -47,6 +48,7 @@ BrowserClient::BrowserClient(QWidget* view)
     : m_clientMessageHandler(new CefClientMessageHandler())
     , m_contextMenuHandler(new ContextMenuHandler(view))
     , m_displayHandler(new DisplayHandler())
+    , m_jsDialogHandler(new JSDialogHandler(view))
     , m_lifeSpanHandler(new LifeSpanHandler())
     , m_loadHandler(new LoadHandler())
     , m_renderHandler(new RenderHandler(view))
@@ -58,6 +60,7 @@ BrowserClient::BrowserClient(QWidget* view)
             &BrowserClient::renderProcessTerminated);
     connect(m_contextMenuHandler.get(), &ContextMenuHandler::showDevTools, this,
             qOverload<QPoint>(&BrowserClient::onShowDevTools));
+    connect(m_jsDialogHandler.get(), &JSDialogHandler::jsDialogRequested, this, &BrowserClient::jsDialogRequested);
     connect(m_renderHandler.get(), &RenderHandler::viewUpdated, this, &BrowserClient::viewUpdated);
     connect(m_renderHandler.get(), &RenderHandler::imeRectChanged, this, &BrowserClient::imeRectChanged);
     connect(m_renderHandler.get(), &RenderHandler::dpiChanged, this, &BrowserClient::dpiChanged);
@@ -104,6 +107,11 @@ CefRefPtr<CefDisplayHandler> BrowserClient::GetDisplayHandler()
     return m_displayHandler;
 }
 
+CefRefPtr<CefJSDialogHandler> BrowserClient::GetJSDialogHandler()
+{
+    return m_jsDialogHandler;
+}
+
 CefRefPtr<CefLifeSpanHandler> BrowserClient::GetLifeSpanHandler()
 {
     return m_lifeSpanHandler;
@@ -134,6 +142,7 @@ void BrowserClient::cleanup()
     m_lifeSpanHandler->closeAllBrowsers(false);
 
     QObject::disconnect(m_requestHandler.get(), nullptr, nullptr, nullptr);
+    QObject::disconnect(m_jsDialogHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(m_loadHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(m_displayHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(m_clientMessageHandler.get(), nullptr, nullptr, nullptr);
@@ -244,6 +253,11 @@ CefRefPtr<RenderHandler> BrowserClient::renderHandler() const
 CefRefPtr<ContextMenuHandler> BrowserClient::contextMenuHandler() const
 {
     return m_contextMenuHandler;
+}
+
+CefRefPtr<JSDialogHandler> BrowserClient::jsDialogHandler() const
+{
+    return m_jsDialogHandler;
 }
 
 void BrowserClient::SetZoomLevel(double level)

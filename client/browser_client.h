@@ -20,6 +20,7 @@
 class CefClientMessageHandler;
 class ContextMenuHandler;
 class JSCallBacksManager;
+class JSDialogHandler;
 class RunJavaScriptCallback;
 class DisplayHandler;
 class LifeSpanHandler;
@@ -43,6 +44,7 @@ public:
 
     CefRefPtr<CefContextMenuHandler> GetContextMenuHandler() override;
     CefRefPtr<CefDisplayHandler> GetDisplayHandler() override;
+    CefRefPtr<CefJSDialogHandler> GetJSDialogHandler() override;
     CefRefPtr<CefLifeSpanHandler> GetLifeSpanHandler() override;
     CefRefPtr<CefLoadHandler> GetLoadHandler() override;
     CefRefPtr<CefRenderHandler> GetRenderHandler() override;
@@ -86,6 +88,8 @@ public:
     CefRefPtr<RenderHandler> renderHandler() const;
     // The menu switches of the view.
     CefRefPtr<ContextMenuHandler> contextMenuHandler() const;
+    // The view's answers to script dialogs.
+    CefRefPtr<JSDialogHandler> jsDialogHandler() const;
 
     bool isCleanedUp() const { return m_cleanedUp; }
 
@@ -129,6 +133,7 @@ private:
     CefRefPtr<CefClientMessageHandler> m_clientMessageHandler;
     CefRefPtr<ContextMenuHandler> m_contextMenuHandler;
     CefRefPtr<DisplayHandler> m_displayHandler;
+    CefRefPtr<JSDialogHandler> m_jsDialogHandler;
     CefRefPtr<LifeSpanHandler> m_lifeSpanHandler;
     CefRefPtr<LoadHandler> m_loadHandler;
     CefRefPtr<RenderHandler> m_renderHandler;

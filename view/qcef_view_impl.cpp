@@ -2,6 +2,7 @@
 
 #include "client/browser_client.h"
 #include "engine/cef_manager.h"
+#include "handlers/js_dialog_handler.h"
 #include "handlers/torvex_scheme_handler_factory.h"
 #include "host/cef_common/allow_list.h"
 #include "host/cef_common/cef_common_data.h"
@@ -156,6 +157,7 @@ void QCefViewImpl::connectBrowserClient()
     connect(client, &BrowserClient::focusLost, this, &QCefViewImpl::onFocusLost);
     connect(client, &BrowserClient::receivedCefClientMessage, this, &IQCefViewImpl::receivedCefClientMessage);
     connect(client, &BrowserClient::searchResultsReady, this, &IQCefViewImpl::searchResultsReady);
+    connect(client, &BrowserClient::jsDialogRequested, this, &IQCefViewImpl::jsDialogRequested);
 }
 
 CefRefPtr<CefBrowserHost> QCefViewImpl::browserHost() const
@@ -579,10 +581,14 @@ void QCefViewImpl::setInspectEnabled(bool enabled)
         m_client->contextMenuHandler()->setInspectEnabled(enabled);
 }
 
-void QCefViewImpl::setJSDialogHandledByHost(bool)
+void QCefViewImpl::setJSDialogHandledByHost(bool handled)
 {
+    if (m_client)
+        m_client->jsDialogHandler()->setHandledByHost(handled);
 }
 
-void QCefViewImpl::continueJSDialog(bool, const QString&)
+void QCefViewImpl::continueJSDialog(bool success, const QString& userInput)
 {
+    if (m_client)
+        m_client->jsDialogHandler()->continueDialog(success, userInput);
 }

@@ -1,0 +1,75 @@
+#include "view_harness.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QSignalSpy>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+bool titleBecomes(QSignalSpy& titles, const QString& title)
+{
+    return waitUntil([&] { return !titles.isEmpty() && titles.last().at(0).toString() == title; });
+}
+
+// Answers the next modal dialog the way the user would.
+void answerNextDialog(std::function<void(QWidget*)> answer)
+{
+    auto* poll = new QTimer();
+    QObject::connect(poll, &QTimer::timeout, [poll, answer] {
+        if (QWidget* dialog = QApplication::activeModalWidget())
+        {
+            poll->deleteLater();
+            poll->stop();
+            answer(dialog);
+        }
+    });
+    poll->start(20);
+}
+} // namespace
+
+TEST(ScriptDialogs, TheBuiltInDialogsAnswerUnlessTheHostTakesOver)
+{
+    startEngine();
+    auto view = makeView(300, 200);
+    QSignalSpy titles(view.get(), &IQCefViewImpl::titleChanged);
+    QSignalSpy requests(view.get(), &IQCefViewImpl::jsDialogRequested);
+    view->load(htmlPage(QStringLiteral("<p>dialogs</p>")));
+    ASSERT_TRUE(waitUntil([&] { return view->getRenderedImageSize() == view->size(); }));
+
+    // The built-in prompt opens empty; what the user typed goes to the page.
+    answerNextDialog([](QWidget* dialog) {
+        auto* input = qobject_cast<QInputDialog*>(dialog);
+        ASSERT_NE(input, nullptr);
+        EXPECT_TRUE(input->textValue().isEmpty());
+        input->setTextValue(QStringLiteral("typed"));
+        input->accept();
+    });
+    view->runJavaScript(QStringLiteral("document.title = String(prompt('Name?', 'preset'))"), [](const QVariant&) {});
+    EXPECT_TRUE(titleBecomes(titles, QStringLiteral("typed")));
+
+    answerNextDialog([](QWidget* dialog) {
+        auto* box = qobject_cast<QMessageBox*>(dialog);
+        ASSERT_NE(box, nullptr);
+        EXPECT_NE(box->button(QMessageBox::Cancel), nullptr);
+        box->button(QMessageBox::Cancel)->click();
+    });
+    view->runJavaScript(QStringLiteral("document.title = 'confirm ' + confirm('Sure?')"), [](const QVariant&) {});
+    EXPECT_TRUE(titleBecomes(titles, QStringLiteral("confirm false")));
+    ASSERT_EQ(requests.size(), 2);
+    EXPECT_EQ(requests.at(1).at(1).value<QCefDataTypes::JSDialogType>(), QCefDataTypes::Confirm);
+    EXPECT_EQ(requests.at(1).at(2).toString(), QStringLiteral("Sure?"));
+
+    // Taken over, no dialog opens and the page waits for the host's answer.
+    view->setJSDialogHandledByHost(true);
+    view->setJSDialogHandledByHost(false);
+    view->runJavaScript(QStringLiteral("document.title = 'host ' + confirm('Host?')"), [](const QVariant&) {});
+    ASSERT_TRUE(waitUntil([&] { return requests.size() == 3; }));
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    view->continueJSDialog(true, QString());
+    EXPECT_TRUE(titleBecomes(titles, QStringLiteral("host true")));
+}
