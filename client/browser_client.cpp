@@ -3,7 +3,10 @@
 #include "client/get_zoom_level_task.h"
 #include "client/js_callbacks_manager.h"
 #include "client/process_messages/cef_client_message.h"
+#include "client/multi_threaded_future.h"
 #include "client/process_messages/focused_node_changed_message.h"
+#include "client/process_messages/repaint_sync_message.h"
+#include "client/process_messages/repaint_sync_result_message.h"
 #include "client/process_messages/run_java_script_message.h"
 #include "client/process_messages/run_java_script_result_message.h"
 #include "client/run_java_script_callback.h"
@@ -27,6 +30,7 @@
 #include "host/view_support/dpi_watcher.h"
 #include "render/render_handler.h"
 
+#include <QElapsedTimer>
 #include <QMetaType>
 
 #include <algorithm>
@@ -181,6 +185,14 @@ bool BrowserClient::OnProcessMessageReceived(CefRefPtr<CefBrowser> browser, CefR
         m_jsCallbacks->runCallback(result->replyTo, Conversions::convertValue(result->result));
         return true;
     }
+    if (name == brovia::RepaintSyncResultMessage::kName)
+    {
+        CefRefPtr<brovia::RepaintSyncResultMessage> result = new brovia::RepaintSyncResultMessage();
+        result->fromProcessMessage(message);
+        // Any answer fulfils the current round trip; only RepaintSync sends the request.
+        m_repaintFuture->set(true);
+        return true;
+    }
     if (name == brovia::FocusedNodeChangedMessage::kName)
     {
         CefRefPtr<brovia::FocusedNodeChangedMessage> focused = new brovia::FocusedNodeChangedMessage();
@@ -258,6 +270,72 @@ CefRefPtr<ContextMenuHandler> BrowserClient::contextMenuHandler() const
 CefRefPtr<JSDialogHandler> BrowserClient::jsDialogHandler() const
 {
     return m_jsDialogHandler;
+}
+
+QImage BrowserClient::RepaintSync(std::chrono::milliseconds timeout)
+{
+    BROVIA_INSTRUMENT("RepaintSync");
+    CefRefPtr<CefBrowser> browser = GetBrowser();
+    if (!browser)
+        return QImage();
+    m_repaintFuture = new MultiThreadedFuture<bool>();
+    CefRefPtr<Future<bool>> answered = m_repaintFuture;
+    CefRefPtr<brovia::RepaintSyncMessage> message = new brovia::RepaintSyncMessage();
+    message->browserId = browser->GetIdentifier();
+    message->frameId = browser->GetMainFrame()->GetIdentifier();
+    if (!message->send(browser, browser->GetMainFrame()))
+        return QImage();
+
+    QElapsedTimer clock;
+    clock.start();
+    // The value does not matter, only that the render side got this far.
+    answered->get(timeout);
+    if (timeout.count() != -1 && clock.hasExpired(timeout.count()))
+        return QImage();
+
+    CefRefPtr<Future<QImage>> frame = new MultiThreadedFuture<QImage>();
+    // Written and read on the engine UI thread only, inside OnPaint.
+    auto done = std::make_shared<bool>(false);
+    const float scale = m_renderHandler->GetDeviceScaleFactor();
+    QObject context;
+    // Direct: the Qt main thread is blocked below; the first frame after the request is taken.
+    connect(
+        m_renderHandler.get(), &RenderHandler::viewUpdated, &context,
+        [frame, done, scale](QImage image, QVector<QRect>) {
+            Q_UNUSED(scale);
+            if (*done)
+                return;
+            *done = true;
+            frame->set(image);
+        },
+        Qt::DirectConnection);
+    browser->GetHost()->Invalidate(PET_VIEW);
+    const std::chrono::milliseconds remaining =
+        timeout.count() == -1 ? timeout : timeout - std::chrono::milliseconds(clock.elapsed());
+    return frame->get(remaining);
+}
+
+QImage BrowserClient::RepaintSync2(int x, int y, int red, const QRect& rect, bool dropFrame,
+                                   std::chrono::milliseconds timeout)
+{
+    BROVIA_INSTRUMENT("RepaintSync2");
+    CefRefPtr<CefBrowser> browser = GetBrowser();
+    if (!browser)
+        return QImage();
+    CefRefPtr<Future<QImage>> found = new MultiThreadedFuture<QImage>();
+    QObject context;
+    connect(
+        m_renderHandler.get(), &RenderHandler::targetPixelFound, &context,
+        [found](QImage image) { found->set(image); }, Qt::DirectConnection);
+    m_renderHandler->WatchForTargetPixel(x, y, red, rect, dropFrame);
+    QImage image = found->get(timeout);
+    if (image.isNull())
+    {
+        // The frames held back during the watch left the screen behind the page.
+        m_renderHandler->StopWatchingTargetPixel();
+        browser->GetHost()->Invalidate(PET_VIEW);
+    }
+    return image;
 }
 
 void BrowserClient::SetZoomLevel(double level)

@@ -15,7 +15,10 @@
 #include <QVariantList>
 #include <QVector>
 
+#include "client/future.h"
+
 #include <atomic>
+#include <chrono>
 
 class CefClientMessageHandler;
 class ContextMenuHandler;
@@ -71,6 +74,13 @@ public:
     // Evaluates script in the main frame; callback gets the value, by its mode. Any thread; a
     // browser must exist. After cleanup the callback is never called.
     void RunJavaScript(const QString& script, CefRefPtr<RunJavaScriptCallback> callback);
+
+    // Qt main thread, blocking it up to timeout (-1: no limit). A round trip through the render
+    // side, then a forced repaint: the first frame after it, or a null image when the time ran out.
+    QImage RepaintSync(std::chrono::milliseconds timeout);
+    // Holds frames back until one shows a pixel of the red value at (x, y); returns the part rect
+    // of it, or a null image when the time ran out. dropFrame keeps that frame off the view.
+    QImage RepaintSync2(int x, int y, int red, const QRect& rect, bool dropFrame, std::chrono::milliseconds timeout);
 
     // Zoom in the engine's levels (a factor of 1.2 to the power of the level), clamped to a
     // factor of 0.25 to 5. Nothing happens without a browser.
@@ -139,6 +149,7 @@ private:
     CefRefPtr<RenderHandler> m_renderHandler;
     CefRefPtr<RequestHandler> m_requestHandler;
     CefRefPtr<JSCallBacksManager> m_jsCallbacks;
+    CefRefPtr<Future<bool>> m_repaintFuture;
     bool m_focusedNodeEditable = false;
     std::atomic<bool> m_cleanedUp{false};
 

@@ -548,13 +548,27 @@ double QCefViewImpl::zoomLevel()
     return m_client ? m_client->GetZoomLevel() : 0.0;
 }
 
-void QCefViewImpl::repaintSync(std::chrono::milliseconds)
+void QCefViewImpl::repaintSync(std::chrono::milliseconds timeout)
 {
+    BROVIA_INSTRUMENT("repaintSync");
+    if (!m_client)
+        return;
+    QImage image = m_client->RepaintSync(timeout);
+    // Also a null image: the widget then keeps what it shows.
+    m_repaintImages.push_back(std::move(image));
+    {
+        BROVIA_INSTRUMENT("repaint()");
+        repaint();
+    }
 }
 
-QImage QCefViewImpl::repaintSync2(int, int, int, const QRect&, bool, std::chrono::milliseconds)
+QImage QCefViewImpl::repaintSync2(int x, int y, int red, const QRect& rect, bool dropFrame,
+                                  std::chrono::milliseconds timeout)
 {
-    return QImage();
+    BROVIA_INSTRUMENT("repaintSync2");
+    if (!m_client)
+        return QImage();
+    return m_client->RepaintSync2(x, y, red, rect, dropFrame, timeout);
 }
 
 void QCefViewImpl::showDevTools()

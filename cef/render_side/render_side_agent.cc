@@ -172,13 +172,14 @@ void RenderSideAgent::RepaintSync(BrowserImpl* browser,
   if (!request->fromProcessMessage(message)) {
     return;
   }
-  // The page paints its next frame once the request has gone through its
-  // event loop; the answer says the repaint was asked for.
+  // Answered once the page's work before the request is in a composited
+  // frame: two animation frames later.
   CefRefPtr<BrowserImpl> keep(browser);
   browser->SendPageCommand(
       QStringLiteral("Runtime.evaluate"),
       {{"expression",
-        "new Promise(r => requestAnimationFrame(() => r(true)))"},
+        "new Promise(r => requestAnimationFrame(() => "
+        "requestAnimationFrame(() => r(true))))"},
        {"awaitPromise", true}},
       [keep, frame](const QJsonObject&, const QJsonObject&) {
         CefRefPtr<brovia::RepaintSyncResultMessage> answer =

@@ -34,12 +34,9 @@ void FrameDecoder::Submit(QString base64Png) {
   wake_.notify_all();
 }
 
-bool FrameDecoder::RequestFullFrame() {
+void FrameDecoder::RequestFullFrame() {
   std::lock_guard<std::mutex> lock(mutex_);
-  if (waiting_.empty() && !decoding_)
-    return false;
   fullRequested_ = true;
-  return true;
 }
 
 void FrameDecoder::Reset() {

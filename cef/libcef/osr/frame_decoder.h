@@ -58,10 +58,8 @@ class FrameDecoder {
   // One screencast frame's data, to decode after those waiting. Any thread.
   void Submit(QString base64Png);
 
-  // Makes the next frame out (one waiting or being decoded) whole, even if
-  // unchanged. False when there is none, so that the caller must repaint
-  // from what it has. Any thread.
-  bool RequestFullFrame();
+  // Makes the next frame out whole, even if unchanged. Any thread.
+  void RequestFullFrame();
 
   // Forgets the previous frame: the next one goes out whole. Any thread.
   void Reset();

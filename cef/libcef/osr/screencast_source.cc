@@ -70,9 +70,15 @@ void ScreencastSource::SendStart() {
 }
 
 void ScreencastSource::Invalidate() {
-  if (!running_ || decoder_->RequestFullFrame() || last_frame_.isNull())
+  if (!running_) {
     return;
-  sink_(last_frame_, {DirtyRects::Whole(last_frame_)});
+  }
+  // A fresh picture of the page as it is now: restarting the screencast makes
+  // Chromium capture one, which then goes out whole.
+  decoder_->RequestFullFrame();
+  session_->sendCommand("Page.stopScreencast", {}, session_id_, {});
+  SendStart();
+  ExpectFrame();
 }
 
 void ScreencastSource::ExpectFrame() {
@@ -136,8 +142,7 @@ void ScreencastSource::Deliver(FrameDecoder::Frame frame) {
   // Frames decoded while stopped are dropped; Start() makes the next whole.
   if (!running_)
     return;
-  last_frame_ = std::move(frame.image);
-  sink_(last_frame_, frame.dirtyRects);
+  sink_(frame.image, frame.dirtyRects);
 }
 
 }  // namespace cefengine

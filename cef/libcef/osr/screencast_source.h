@@ -53,8 +53,8 @@ class ScreencastSource {
   void Start();
   void Stop();
 
-  // The sink gets a whole frame again: the one on its way if there is one,
-  // else the last frame once more. Nothing before the first frame.
+  // The sink gets a fresh whole frame of the page as it is now. Nothing
+  // while stopped.
   void Invalidate();
 
   // Something changed that Chromium must paint (the view's size or scale, a
@@ -93,8 +93,6 @@ class ScreencastSource {
   bool awaiting_frame_ = false;
   bool watchdog_armed_ = false;
   int64_t stall_ms_ = kFirstStallMs;
-  // The last frame given to the sink, for Invalidate.
-  QImage last_frame_;
   // Declared last: destroyed (joined) first, while the rest is still there.
   std::unique_ptr<FrameDecoder> decoder_;
 };
