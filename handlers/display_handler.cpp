@@ -43,7 +43,8 @@ bool DisplayHandler::OnConsoleMessage(CefRefPtr<CefBrowser>, cef_log_severity_t,
     QString src = Conversions::convertString(source);
     const QString msg = Conversions::convertString(message);
     // Only the file name of the script is shown; a source that ends in a separator becomes empty.
-    static const QRegularExpression separators(QStringLiteral("[/\\\\]"));
+    // Never destroyed: the engine may still report while the process exits.
+    static const QRegularExpression& separators = *new QRegularExpression(QStringLiteral("[/\\\\]"));
     const QStringList parts = src.split(separators, Qt::KeepEmptyParts);
     if (parts.size() > 1)
         src = parts.last();

@@ -160,11 +160,18 @@ void QCefViewImpl::connectBrowserClient()
     connect(client, &BrowserClient::jsDialogRequested, this, &IQCefViewImpl::jsDialogRequested);
 }
 
+CefRefPtr<CefBrowser> QCefViewImpl::liveBrowser() const
+{
+    // The engine's shutdown cleans the client up before the widget goes, and Qt still sends the
+    // widget events (a focus change, a resize) on its way out.
+    if (!m_client || m_client->isCleanedUp())
+        return nullptr;
+    return m_client->GetBrowser();
+}
+
 CefRefPtr<CefBrowserHost> QCefViewImpl::browserHost() const
 {
-    if (!m_client)
-        return nullptr;
-    CefRefPtr<CefBrowser> browser = m_client->GetBrowser();
+    CefRefPtr<CefBrowser> browser = liveBrowser();
     return browser ? browser->GetHost() : nullptr;
 }
 
@@ -196,7 +203,7 @@ void QCefViewImpl::load(const QUrl& url)
         initializeBrowserClient(url);
         return;
     }
-    CefRefPtr<CefBrowser> browser = m_client->GetBrowser();
+    CefRefPtr<CefBrowser> browser = liveBrowser();
     // A load while the browser is still being made is dropped, not kept for later.
     if (!browser)
         return;
@@ -245,9 +252,7 @@ void QCefViewImpl::setHtml(const QString& html)
 
 QUrl QCefViewImpl::url() const
 {
-    if (!m_client)
-        return QUrl();
-    CefRefPtr<CefBrowser> browser = m_client->GetBrowser();
+    CefRefPtr<CefBrowser> browser = liveBrowser();
     if (!browser)
         return QUrl();
     const QString text = Conversions::convertString(browser->GetMainFrame()->GetURL());
@@ -276,39 +281,39 @@ void QCefViewImpl::onUrlChanged(QUrl url)
 
 bool QCefViewImpl::canGoBack() const
 {
-    return m_client && m_client->GetBrowser()->CanGoBack();
+    CefRefPtr<CefBrowser> browser = liveBrowser();
+    return browser && browser->CanGoBack();
 }
 
 bool QCefViewImpl::canGoForward() const
 {
-    return m_client && m_client->GetBrowser()->CanGoForward();
+    CefRefPtr<CefBrowser> browser = liveBrowser();
+    return browser && browser->CanGoForward();
 }
 
 void QCefViewImpl::back()
 {
-    if (m_client && m_client->GetBrowser()->CanGoBack())
-        m_client->GetBrowser()->GoBack();
+    CefRefPtr<CefBrowser> browser = liveBrowser();
+    if (browser && browser->CanGoBack())
+        browser->GoBack();
 }
 
 void QCefViewImpl::forward()
 {
-    if (m_client && m_client->GetBrowser()->CanGoForward())
-        m_client->GetBrowser()->GoForward();
+    CefRefPtr<CefBrowser> browser = liveBrowser();
+    if (browser && browser->CanGoForward())
+        browser->GoForward();
 }
 
 void QCefViewImpl::reload()
 {
-    if (!m_client)
-        return;
-    if (CefRefPtr<CefBrowser> browser = m_client->GetBrowser())
+    if (CefRefPtr<CefBrowser> browser = liveBrowser())
         browser->Reload();
 }
 
 void QCefViewImpl::stop()
 {
-    if (!m_client)
-        return;
-    if (CefRefPtr<CefBrowser> browser = m_client->GetBrowser())
+    if (CefRefPtr<CefBrowser> browser = liveBrowser())
         browser->StopLoad();
 }
 
@@ -317,7 +322,7 @@ void QCefViewImpl::stop()
 void QCefViewImpl::onViewUpdated(QImage image, QVector<QRect> dirtyRects)
 {
     BROVIA_INSTRUMENT("onViewUpdated");
-    if (!m_client || !m_client->GetBrowser())
+    if (!liveBrowser())
         return;
     QImage frame = image;
     // The sub-images point into the pixels of the frames: they go first.
@@ -475,7 +480,7 @@ void QCefViewImpl::setViewPortMinimumSizeSync(const QSize& size)
 QSize QCefViewImpl::getRenderedImageSize() const
 {
     BROVIA_INSTRUMENT("getRenderedImageSize");
-    if (m_client && m_client->GetBrowser())
+    if (liveBrowser())
         return m_client->renderHandler()->GetRenderedImageSize();
     return QSize(-1, -1);
 }
@@ -483,7 +488,7 @@ QSize QCefViewImpl::getRenderedImageSize() const
 void QCefViewImpl::setDirtyRectHandlingDisabled(bool disabled)
 {
     m_dirtyRectHandlingDisabled = disabled;
-    if (m_client && m_client->GetBrowser())
+    if (liveBrowser())
         m_client->DisableDirtyRectHandling(disabled);
 }
 

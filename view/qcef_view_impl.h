@@ -109,6 +109,8 @@ protected:
 private:
     void initializeBrowserClient(const QUrl& url);
     void connectBrowserClient();
+    // The browser, or null without client or browser and once the client is cleaned up.
+    CefRefPtr<CefBrowser> liveBrowser() const;
     // The browser's host, or null without client or browser.
     CefRefPtr<CefBrowserHost> browserHost() const;
     // The browser when the view has a client and the client a browser; else null, and input is

@@ -44,7 +44,7 @@ bool isCommand(const QKeyEvent* event)
 
 CefRefPtr<CefBrowser> QCefViewImpl::inputBrowser() const
 {
-    return m_client ? m_client->GetBrowser() : nullptr;
+    return liveBrowser();
 }
 
 QPoint QCefViewImpl::logicalPoint(const QPointF& position) const

@@ -14,11 +14,11 @@
 
 QString QCefViewImpl::html()
 {
-    if (!m_client || !m_client->GetBrowser())
+    if (!liveBrowser())
         return QString();
     CefRefPtr<Future<QString>> future = new MultiThreadedFuture<QString>();
     CefRefPtr<StringVisitor> visitor = new StringVisitor([&future](const QString& source) { future->set(source); });
-    m_client->GetBrowser()->GetMainFrame()->GetSource(visitor);
+    liveBrowser()->GetMainFrame()->GetSource(visitor);
     // No limit: the engine answers every request, also for a page that went.
     return future->get(std::chrono::milliseconds(-1));
 }
@@ -28,7 +28,7 @@ void QCefViewImpl::runJavaScript(const QString& script, std::function<void(const
     CefRefPtr<RunJavaScriptCallback> waiter = new RunJavaScriptCallback();
     waiter->setMode(RunJavaScriptCallback::DeliverOnMainThread);
     waiter->setCallback(callback);
-    if (m_client && m_client->GetBrowser())
+    if (liveBrowser())
     {
         m_client->RunJavaScript(script, waiter);
         return;
@@ -41,7 +41,7 @@ QVariant QCefViewImpl::runJavaScriptSync(const QString& cmd, std::chrono::millis
 {
     BROVIA_INSTRUMENT_CONTEXT("runJavaScriptSync", "cmd", cmd.toStdString());
     QVariant result;
-    if (!m_client || !m_client->GetBrowser())
+    if (!liveBrowser())
         return result;
     CefRefPtr<Future<QVariant>> future = new MultiThreadedFuture<QVariant>();
     CefRefPtr<RunJavaScriptCallback> callback = new RunJavaScriptCallback();
@@ -56,9 +56,9 @@ QVariant QCefViewImpl::runJavaScriptSync(const QString& cmd, std::chrono::millis
 
 void QCefViewImpl::find(int, const QString& text, bool forward, bool matchCase, bool findNext)
 {
-    if (!m_client || !m_client->GetBrowser())
+    if (!liveBrowser())
         return;
-    CefRefPtr<CefBrowserHost> host = m_client->GetBrowser()->GetHost();
+    CefRefPtr<CefBrowserHost> host = liveBrowser()->GetHost();
     if (text.isEmpty())
         host->StopFinding(true);
     else

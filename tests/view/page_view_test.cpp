@@ -4,7 +4,9 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFocusEvent>
 #include <QSignalSpy>
+#include <QTest>
 #include <QTcpServer>
 #include <QUrl>
 
@@ -155,8 +157,17 @@ void quitWithViewsAlive(const std::string& pidFile)
             out << entry.toStdString() << "\n";
     }
     out.close();
+    first->setFocus();
     QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     qApp->exec();
+    // The engine is down; the widgets still get what a host's teardown sends them.
+    QFocusEvent focusOut(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+    QCoreApplication::sendEvent(first.get(), &focusOut);
+    first->resize(300, 150);
+    QTest::keyClick(first.get(), Qt::Key_A);
+    first->hide();
+    first.reset();
+    second.reset();
     std::exit(0);
 }
 

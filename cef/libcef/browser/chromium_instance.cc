@@ -25,7 +25,8 @@ constexpr int64_t kUnclaimedTimeoutMs = 5000;
 
 // Switches the engine sets itself, or that would cut it off from Chromium.
 const std::set<std::string>& ReservedSwitches() {
-  static const std::set<std::string> reserved = {
+  // Never destroyed: engine threads may still ask while the process exits.
+  static const std::set<std::string>& reserved = *new std::set<std::string>{
       "remote-debugging-pipe",    "remote-debugging-port",
       "remote-debugging-address", "remote-debugging-io-pipes",
       "user-data-dir",            "headless",

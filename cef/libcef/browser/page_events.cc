@@ -37,7 +37,8 @@ bool IsHttp(const QString& url) {
 }
 
 bool KnownScheme(const QString& url) {
-  static const QStringList kSchemes = {
+  // Never destroyed: engine threads may still ask while the process exits.
+  static const QStringList& kSchemes = *new QStringList{
       "http",  "https", "file",       "data",       "about",
       "blob",  "ws",    "wss",        "javascript", "filesystem",
       "chrome", "chrome-error", "devtools", "view-source"};

@@ -60,7 +60,8 @@ bool ProtocolBody(const QJsonObject& request, QByteArray* body) {
 
 cef_resource_type_t ResourceTypeFromProtocol(const QString& type,
                                              bool main_frame) {
-  static const std::map<QString, cef_resource_type_t> kTypes = {
+  // Never destroyed: engine threads may still ask while the process exits.
+  static const std::map<QString, cef_resource_type_t>& kTypes = *new std::map<QString, cef_resource_type_t>{
       {"Stylesheet", RT_STYLESHEET},
       {"Image", RT_IMAGE},
       {"Media", RT_MEDIA},
@@ -81,7 +82,8 @@ cef_resource_type_t ResourceTypeFromProtocol(const QString& type,
 }
 
 cef_referrer_policy_t ReferrerPolicyFromProtocol(const QString& policy) {
-  static const std::map<QString, cef_referrer_policy_t> kPolicies = {
+  // Never destroyed: engine threads may still ask while the process exits.
+  static const std::map<QString, cef_referrer_policy_t>& kPolicies = *new std::map<QString, cef_referrer_policy_t>{
       {"unsafe-url", REFERRER_POLICY_NEVER_CLEAR_REFERRER},
       {"no-referrer-when-downgrade",
        REFERRER_POLICY_CLEAR_REFERRER_ON_TRANSITION_FROM_SECURE_TO_INSECURE},

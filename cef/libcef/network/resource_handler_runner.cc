@@ -57,7 +57,8 @@ ResourceHandlerRunner::ResourceHandlerRunner(
       done_(std::move(done)),
       buffer_(kChunkSize) {
   // Only a single range "bytes=first-[last]" is served, as in CEF.
-  static const QRegularExpression kRange(
+  // Never destroyed: engine threads may still ask while the process exits.
+  static const QRegularExpression& kRange = *new QRegularExpression(
       QStringLiteral("^\\s*bytes\\s*=\\s*(\\d+)\\s*-\\s*(\\d*)\\s*$"));
   const QRegularExpressionMatch range = kRange.match(
       QString::fromStdString(request->GetHeaderByName("Range").ToString()));
