@@ -15,6 +15,7 @@
 #include "handlers/cef_client_message_handler.h"
 #include "handlers/context_menu_handler.h"
 #include "handlers/display_handler.h"
+#include "handlers/file_dialog_handler.h"
 #include "handlers/js_dialog_handler.h"
 #include "handlers/load_handler.h"
 #include "handlers/request_handler.h"
@@ -53,6 +54,7 @@ BrowserClient::BrowserClient(QWidget* view)
     , m_contextMenuHandler(new ContextMenuHandler(view))
     , m_displayHandler(new DisplayHandler())
     , m_jsDialogHandler(new JSDialogHandler(view))
+    , m_fileDialogHandler(new FileDialogHandler())
     , m_lifeSpanHandler(new LifeSpanHandler())
     , m_loadHandler(new LoadHandler())
     , m_renderHandler(new RenderHandler(view))
@@ -65,6 +67,9 @@ BrowserClient::BrowserClient(QWidget* view)
     connect(m_contextMenuHandler.get(), &ContextMenuHandler::showDevTools, this,
             qOverload<QPoint>(&BrowserClient::onShowDevTools));
     connect(m_jsDialogHandler.get(), &JSDialogHandler::jsDialogRequested, this, &BrowserClient::jsDialogRequested);
+    // Through the event loop even when raised on the Qt main thread: the view opens a dialog.
+    connect(m_fileDialogHandler.get(), &FileDialogHandler::cefFileDialogRequested, this,
+            &BrowserClient::cefFileDialogRequested, Qt::QueuedConnection);
     connect(m_renderHandler.get(), &RenderHandler::viewUpdated, this, &BrowserClient::viewUpdated);
     connect(m_renderHandler.get(), &RenderHandler::imeRectChanged, this, &BrowserClient::imeRectChanged);
     connect(m_renderHandler.get(), &RenderHandler::dpiChanged, this, &BrowserClient::dpiChanged);
@@ -116,6 +121,11 @@ CefRefPtr<CefJSDialogHandler> BrowserClient::GetJSDialogHandler()
     return m_jsDialogHandler;
 }
 
+CefRefPtr<CefDialogHandler> BrowserClient::GetDialogHandler()
+{
+    return m_fileDialogHandler;
+}
+
 CefRefPtr<CefLifeSpanHandler> BrowserClient::GetLifeSpanHandler()
 {
     return m_lifeSpanHandler;
@@ -147,6 +157,7 @@ void BrowserClient::cleanup()
 
     QObject::disconnect(m_requestHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(m_jsDialogHandler.get(), nullptr, nullptr, nullptr);
+    QObject::disconnect(m_fileDialogHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(m_loadHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(m_displayHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(m_clientMessageHandler.get(), nullptr, nullptr, nullptr);
@@ -270,6 +281,11 @@ CefRefPtr<ContextMenuHandler> BrowserClient::contextMenuHandler() const
 CefRefPtr<JSDialogHandler> BrowserClient::jsDialogHandler() const
 {
     return m_jsDialogHandler;
+}
+
+CefRefPtr<FileDialogHandler> BrowserClient::fileDialogHandler() const
+{
+    return m_fileDialogHandler;
 }
 
 QImage BrowserClient::RepaintSync(std::chrono::milliseconds timeout)

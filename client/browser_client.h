@@ -26,6 +26,7 @@ class JSCallBacksManager;
 class JSDialogHandler;
 class RunJavaScriptCallback;
 class DisplayHandler;
+class FileDialogHandler;
 class LifeSpanHandler;
 class LoadHandler;
 class RenderHandler;
@@ -48,6 +49,7 @@ public:
     CefRefPtr<CefContextMenuHandler> GetContextMenuHandler() override;
     CefRefPtr<CefDisplayHandler> GetDisplayHandler() override;
     CefRefPtr<CefJSDialogHandler> GetJSDialogHandler() override;
+    CefRefPtr<CefDialogHandler> GetDialogHandler() override;
     CefRefPtr<CefLifeSpanHandler> GetLifeSpanHandler() override;
     CefRefPtr<CefLoadHandler> GetLoadHandler() override;
     CefRefPtr<CefRenderHandler> GetRenderHandler() override;
@@ -98,8 +100,9 @@ public:
     CefRefPtr<RenderHandler> renderHandler() const;
     // The menu switches of the view.
     CefRefPtr<ContextMenuHandler> contextMenuHandler() const;
-    // The view's answers to script dialogs.
+    // The view's answers to script dialogs and file dialogs.
     CefRefPtr<JSDialogHandler> jsDialogHandler() const;
+    CefRefPtr<FileDialogHandler> fileDialogHandler() const;
 
     bool isCleanedUp() const { return m_cleanedUp; }
 
@@ -144,6 +147,7 @@ private:
     CefRefPtr<ContextMenuHandler> m_contextMenuHandler;
     CefRefPtr<DisplayHandler> m_displayHandler;
     CefRefPtr<JSDialogHandler> m_jsDialogHandler;
+    CefRefPtr<FileDialogHandler> m_fileDialogHandler;
     CefRefPtr<LifeSpanHandler> m_lifeSpanHandler;
     CefRefPtr<LoadHandler> m_loadHandler;
     CefRefPtr<RenderHandler> m_renderHandler;

@@ -158,6 +158,8 @@ void QCefViewImpl::connectBrowserClient()
     connect(client, &BrowserClient::receivedCefClientMessage, this, &IQCefViewImpl::receivedCefClientMessage);
     connect(client, &BrowserClient::searchResultsReady, this, &IQCefViewImpl::searchResultsReady);
     connect(client, &BrowserClient::jsDialogRequested, this, &IQCefViewImpl::jsDialogRequested);
+    connect(client, &BrowserClient::cefFileDialogRequested, this, &QCefViewImpl::onCefFileDialogRequested);
+    connect(client, &BrowserClient::cefContextMenuRequested, this, &QCefViewImpl::onCefContextMenuRequested);
 }
 
 CefRefPtr<CefBrowser> QCefViewImpl::liveBrowser() const

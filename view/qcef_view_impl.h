@@ -1,5 +1,7 @@
 #pragma once
 
+#include "handlers/context_menu_handler.h"
+
 #include "host/view_interface/iqcef_view_impl.h"
 #include "host/view_interface/qcef_view_settings.h"
 #include "host/view_support/mouse_click_counter.h"
@@ -80,6 +82,7 @@ protected Q_SLOTS:
     void onTooltipChanged(QString text);
     void onUrlChanged(QUrl url);
     void onFocusLost(bool focusNext);
+    void onCefContextMenuRequested(ContextMenuHandler::MenuModelState state, QPoint point);
 
 protected:
     bool event(QEvent* e) override;
@@ -105,6 +108,10 @@ protected:
     void dragMoveEvent(QDragMoveEvent* event) override;
     void dragLeaveEvent(QDragLeaveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+
+public:
+    // Qt main thread: shows the file dialog the page or the engine asked for, and answers it.
+    void onCefFileDialogRequested(int mode, const QString& default_file_path, const QString& fileFilter);
 
 private:
     void initializeBrowserClient(const QUrl& url);

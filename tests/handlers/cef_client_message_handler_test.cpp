@@ -75,7 +75,8 @@ TEST(CefClientMessageHandler, KnownMethodsCheckTheirShapeAndTheRestGoToTheHost)
     CefRefPtr<CefListValue> two = wrapped(text("a"));
     two->GetList(0)->SetString(1, "b");
     handler->handleMessage(nullptr, call("setTitle", two));
-    EXPECT_EQ(errors.last().at(0).toString(), "The first argument to setTitle must be a string containing the new title.");
+    EXPECT_EQ(errors.last().at(0).toString(),
+              "The first argument to setTitle must be a string containing the new title.");
     handler->handleMessage(nullptr, call("setDownloadLocation", bare));
     EXPECT_EQ(errors.last().at(0).toString(),
               "The first argument to setDownloadPath must be a string containing the download path.");
