@@ -15,6 +15,12 @@
 #include "handlers/cef_client_message_handler.h"
 #include "handlers/context_menu_handler.h"
 #include "handlers/display_handler.h"
+#include "handlers/download_handler.h"
+#include "handlers/drag_handler.h"
+#include "handlers/find_handler.h"
+#include "handlers/focus_handler.h"
+#include "handlers/keyboard_handler.h"
+#include "handlers/print_dialog_handler.h"
 #include "handlers/file_dialog_handler.h"
 #include "handlers/js_dialog_handler.h"
 #include "handlers/load_handler.h"
@@ -53,8 +59,14 @@ BrowserClient::BrowserClient(QWidget* view)
     : m_clientMessageHandler(new CefClientMessageHandler())
     , m_contextMenuHandler(new ContextMenuHandler(view))
     , m_displayHandler(new DisplayHandler())
+    , m_downloadHandler(new DownloadHandler())
+    , m_dragHandler(new DragHandler())
+    , m_findHandler(new FindHandler())
+    , m_focusHandler(new FocusHandler())
     , m_jsDialogHandler(new JSDialogHandler(view))
     , m_fileDialogHandler(new FileDialogHandler())
+    , m_printDialogHandler(new PrintDialogHandler())
+    , m_keyboardHandler(new KeyboardHandler())
     , m_lifeSpanHandler(new LifeSpanHandler())
     , m_loadHandler(new LoadHandler())
     , m_renderHandler(new RenderHandler(view))
@@ -66,10 +78,13 @@ BrowserClient::BrowserClient(QWidget* view)
             &BrowserClient::renderProcessTerminated);
     connect(m_contextMenuHandler.get(), &ContextMenuHandler::showDevTools, this,
             qOverload<QPoint>(&BrowserClient::onShowDevTools));
+    connect(m_focusHandler.get(), &FocusHandler::focusLost, this, &BrowserClient::focusLost);
     connect(m_jsDialogHandler.get(), &JSDialogHandler::jsDialogRequested, this, &BrowserClient::jsDialogRequested);
     // Through the event loop even when raised on the Qt main thread: the view opens a dialog.
     connect(m_fileDialogHandler.get(), &FileDialogHandler::cefFileDialogRequested, this,
             &BrowserClient::cefFileDialogRequested, Qt::QueuedConnection);
+    connect(m_printDialogHandler.get(), &PrintDialogHandler::cefPrintDialogRequested, this,
+            &BrowserClient::cefPrintDialogRequested);
     connect(m_renderHandler.get(), &RenderHandler::viewUpdated, this, &BrowserClient::viewUpdated);
     connect(m_renderHandler.get(), &RenderHandler::imeRectChanged, this, &BrowserClient::imeRectChanged);
     connect(m_renderHandler.get(), &RenderHandler::dpiChanged, this, &BrowserClient::dpiChanged);
@@ -96,8 +111,11 @@ BrowserClient::BrowserClient(QWidget* view)
             &BrowserClient::onChangeZoomLevel);
     connect(m_clientMessageHandler.get(), &CefClientMessageHandler::titleChanged, this,
             &BrowserClient::titleChanged);
+    connect(m_clientMessageHandler.get(), &CefClientMessageHandler::setDownloadLocation, this,
+            &BrowserClient::onSetDownloadLocation);
     connect(m_contextMenuHandler.get(), &ContextMenuHandler::cefContextMenuRequested, this,
             &BrowserClient::cefContextMenuRequested);
+    connect(m_findHandler.get(), &FindHandler::searchResultsReady, this, &BrowserClient::searchResultsReady);
 
     // Frames cross from the engine UI thread queued, and need their types known by name.
     qRegisterMetaType<ContextMenuHandler::MenuModelState>("ContextMenuHandler::MenuModelState");
@@ -114,6 +132,36 @@ CefRefPtr<CefContextMenuHandler> BrowserClient::GetContextMenuHandler()
 CefRefPtr<CefDisplayHandler> BrowserClient::GetDisplayHandler()
 {
     return m_displayHandler;
+}
+
+CefRefPtr<CefDownloadHandler> BrowserClient::GetDownloadHandler()
+{
+    return m_downloadHandler;
+}
+
+CefRefPtr<CefDragHandler> BrowserClient::GetDragHandler()
+{
+    return m_dragHandler;
+}
+
+CefRefPtr<CefFindHandler> BrowserClient::GetFindHandler()
+{
+    return m_findHandler;
+}
+
+CefRefPtr<CefFocusHandler> BrowserClient::GetFocusHandler()
+{
+    return m_focusHandler;
+}
+
+CefRefPtr<CefPrintHandler> BrowserClient::GetPrintHandler()
+{
+    return m_printDialogHandler;
+}
+
+CefRefPtr<CefKeyboardHandler> BrowserClient::GetKeyboardHandler()
+{
+    return m_keyboardHandler;
 }
 
 CefRefPtr<CefJSDialogHandler> BrowserClient::GetJSDialogHandler()
@@ -156,11 +204,14 @@ void BrowserClient::cleanup()
     m_lifeSpanHandler->closeAllBrowsers(false);
 
     QObject::disconnect(m_requestHandler.get(), nullptr, nullptr, nullptr);
+    QObject::disconnect(m_focusHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(m_jsDialogHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(m_fileDialogHandler.get(), nullptr, nullptr, nullptr);
+    QObject::disconnect(m_printDialogHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(m_loadHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(m_displayHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(m_clientMessageHandler.get(), nullptr, nullptr, nullptr);
+    QObject::disconnect(m_findHandler.get(), nullptr, nullptr, nullptr);
 
     // The widget is dying: no engine callback may touch it from here on.
     m_renderHandler->SetView(nullptr);
@@ -433,6 +484,12 @@ void BrowserClient::onShowDevTools()
 void BrowserClient::onHideDevTools()
 {
     GetBrowser()->GetHost()->CloseDevTools();
+}
+
+void BrowserClient::onSetDownloadLocation(QString loc)
+{
+    // Empty clears it.
+    m_downloadHandler->m_downloadLocation = Conversions::convertString(loc);
 }
 
 void BrowserClient::onMessageError(QString errorString)

@@ -26,6 +26,12 @@ class JSCallBacksManager;
 class JSDialogHandler;
 class RunJavaScriptCallback;
 class DisplayHandler;
+class DownloadHandler;
+class DragHandler;
+class FindHandler;
+class FocusHandler;
+class KeyboardHandler;
+class PrintDialogHandler;
 class FileDialogHandler;
 class LifeSpanHandler;
 class LoadHandler;
@@ -48,8 +54,14 @@ public:
 
     CefRefPtr<CefContextMenuHandler> GetContextMenuHandler() override;
     CefRefPtr<CefDisplayHandler> GetDisplayHandler() override;
+    CefRefPtr<CefDownloadHandler> GetDownloadHandler() override;
+    CefRefPtr<CefDragHandler> GetDragHandler() override;
+    CefRefPtr<CefFindHandler> GetFindHandler() override;
+    CefRefPtr<CefFocusHandler> GetFocusHandler() override;
     CefRefPtr<CefJSDialogHandler> GetJSDialogHandler() override;
     CefRefPtr<CefDialogHandler> GetDialogHandler() override;
+    CefRefPtr<CefPrintHandler> GetPrintHandler() override;
+    CefRefPtr<CefKeyboardHandler> GetKeyboardHandler() override;
     CefRefPtr<CefLifeSpanHandler> GetLifeSpanHandler() override;
     CefRefPtr<CefLoadHandler> GetLoadHandler() override;
     CefRefPtr<CefRenderHandler> GetRenderHandler() override;
@@ -140,14 +152,21 @@ private Q_SLOTS:
     void onSetZoomLevel(double factor);
     void onChangeZoomLevel(double delta);
     void onDragFinished(Qt::DropAction dropAction);
+    void onSetDownloadLocation(QString loc);
     void onMessageError(QString errorString);
 
 private:
     CefRefPtr<CefClientMessageHandler> m_clientMessageHandler;
     CefRefPtr<ContextMenuHandler> m_contextMenuHandler;
     CefRefPtr<DisplayHandler> m_displayHandler;
+    CefRefPtr<DownloadHandler> m_downloadHandler;
+    CefRefPtr<DragHandler> m_dragHandler;
+    CefRefPtr<FindHandler> m_findHandler;
+    CefRefPtr<FocusHandler> m_focusHandler;
     CefRefPtr<JSDialogHandler> m_jsDialogHandler;
     CefRefPtr<FileDialogHandler> m_fileDialogHandler;
+    CefRefPtr<PrintDialogHandler> m_printDialogHandler;
+    CefRefPtr<KeyboardHandler> m_keyboardHandler;
     CefRefPtr<LifeSpanHandler> m_lifeSpanHandler;
     CefRefPtr<LoadHandler> m_loadHandler;
     CefRefPtr<RenderHandler> m_renderHandler;
