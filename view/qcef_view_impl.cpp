@@ -159,6 +159,9 @@ void QCefViewImpl::connectBrowserClient()
     connect(client, &BrowserClient::searchResultsReady, this, &IQCefViewImpl::searchResultsReady);
     connect(client, &BrowserClient::jsDialogRequested, this, &IQCefViewImpl::jsDialogRequested);
     connect(client, &BrowserClient::cefFileDialogRequested, this, &QCefViewImpl::onCefFileDialogRequested);
+    // Decided once: a later change of the switch has no effect on this view.
+    if (m_printDialogEnabled)
+        connect(client, &BrowserClient::cefPrintDialogRequested, this, &QCefViewImpl::onCefPrintDialogRequested);
     connect(client, &BrowserClient::cefContextMenuRequested, this, &QCefViewImpl::onCefContextMenuRequested);
 }
 

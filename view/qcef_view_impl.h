@@ -83,6 +83,7 @@ protected Q_SLOTS:
     void onUrlChanged(QUrl url);
     void onFocusLost(bool focusNext);
     void onCefContextMenuRequested(ContextMenuHandler::MenuModelState state, QPoint point);
+    void onCefPrintDialogRequested(int browserId);
 
 protected:
     bool event(QEvent* e) override;

@@ -5,11 +5,16 @@
 
 #include "client/browser_client.h"
 #include "handlers/file_dialog_handler.h"
+#include "host/view_support/conversions.h"
+
+#include "include/cef_browser.h"
 
 #include <QActionGroup>
 #include <QFileDialog>
 #include <QKeySequence>
 #include <QMenu>
+#include <QPrintDialog>
+#include <QPrinter>
 
 #include <map>
 #include <memory>
@@ -99,4 +104,35 @@ void QCefViewImpl::onCefContextMenuRequested(ContextMenuHandler::MenuModelState 
     if (m_client)
         connect(menu, &QMenu::triggered, m_client->contextMenuHandler().get(), &ContextMenuHandler::onActionTriggered);
     menu->popup(mapToGlobal(point), nullptr);
+}
+
+void QCefViewImpl::onCefPrintDialogRequested(int browserId)
+{
+    if (!m_client || m_client->isCleanedUp() || browserId != m_client->GetBrowserId())
+        return;
+    QPrinter printer(QPrinter::ScreenResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    QPrintDialog dialog(&printer, nullptr);
+    // Before the dialog opens, whatever the user then does.
+    Q_EMIT loadPrintDialogFinished(true);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const QString path = printer.outputFileName();
+    CefPdfPrintSettings settings;
+    settings.landscape = printer.pageLayout().orientation() == QPageLayout::Landscape ? 1 : 0;
+    settings.print_background = 1;
+    // The printable area, not the paper, in inches.
+    const QRectF area = printer.pageRect(QPrinter::DevicePixel);
+    settings.paper_width = area.width() / printer.resolution();
+    settings.paper_height = area.height() / printer.resolution();
+    // In points, with the default margin type: the engine does not apply them.
+    const QMarginsF margins = printer.pageLayout().margins(QPageLayout::Point);
+    settings.margin_top = margins.top();
+    settings.margin_right = margins.right();
+    settings.margin_bottom = margins.bottom();
+    settings.margin_left = margins.left();
+    settings.margin_type = PDF_PRINT_MARGIN_DEFAULT;
+    // The dialog ran an event loop of its own: the client may have been cleaned up meanwhile.
+    if (CefRefPtr<CefBrowser> browser = liveBrowser())
+        browser->GetHost()->PrintToPDF(Conversions::convertString(path), settings, nullptr);
 }
