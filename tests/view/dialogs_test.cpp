@@ -2,9 +2,13 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QFile>
+#include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -72,4 +76,32 @@ TEST(ScriptDialogs, TheBuiltInDialogsAnswerUnlessTheHostTakesOver)
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
     view->continueJSDialog(true, QString());
     EXPECT_TRUE(titleBecomes(titles, QStringLiteral("host true")));
+}
+
+TEST(FileDialogs, APageFileInputOpensAQtDialogAndGetsTheChosenFile)
+{
+    startEngine();
+    auto view = makeView(300, 200);
+    QSignalSpy titles(view.get(), &IQCefViewImpl::titleChanged);
+    view->load(htmlPage(QStringLiteral(
+        "<input id='f' type='file' accept='.txt' style='position:absolute;left:0;top:0;width:200px;height:40px'"
+        " onchange=\"document.title = this.files.length ? this.files[0].name + ' ' + this.files[0].size : 'none'\">")));
+    ASSERT_TRUE(waitUntil([&] { return view->getRenderedImageSize() == view->size(); }));
+
+    QTemporaryDir folder;
+    const QString chosen = folder.filePath(QStringLiteral("notes.txt"));
+    QFile file(chosen);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("hello");
+    file.close();
+
+    answerNextDialog([&](QWidget* dialog) {
+        auto* files = qobject_cast<QFileDialog*>(dialog);
+        ASSERT_NE(files, nullptr);
+        EXPECT_TRUE(files->nameFilters().contains(QStringLiteral(".txt*.txt")));
+        files->selectFile(chosen);
+        QMetaObject::invokeMethod(files, "accept", Qt::DirectConnection);
+    });
+    QTest::mouseClick(view.get(), Qt::LeftButton, Qt::NoModifier, QPoint(50, 20));
+    EXPECT_TRUE(titleBecomes(titles, QStringLiteral("notes.txt 5")));
 }

@@ -9,6 +9,7 @@
 #include "libcef/browser/browser_registry.h"
 #include "libcef/browser/chromium_instance.h"
 #include "libcef/browser/context_storage.h"
+#include "libcef/browser/file_dialogs.h"
 #include "libcef/browser/frame_impl.h"
 #include "libcef/browser/input_translator.h"
 #include "libcef/browser/navigation_entry_impl.h"
@@ -71,6 +72,7 @@ BrowserImpl::BrowserImpl(int id, CreateParams params)
       chromium_(params.request_context->storage()->chromium),
       page_events_(std::make_unique<PageEvents>(this)),
       script_dialogs_(std::make_unique<ScriptDialogs>(this)),
+      file_dialogs_(std::make_unique<FileDialogs>(this)),
       client_(params.client) {
   if (params.settings.windowless_frame_rate > 0) {
     frame_rate_ = std::clamp(params.settings.windowless_frame_rate, 1, 60);
@@ -207,6 +209,8 @@ void BrowserImpl::Attach(const QString& session_id) {
                          });
   };
   send("Page.enable", {});
+  // Headless Chromium shows no file chooser: the client is asked instead.
+  send("Page.setInterceptFileChooserDialog", {{"enabled", true}});
   send("Runtime.enable", {});
   send("Network.enable", {});
   send("Log.enable", {});
@@ -605,6 +609,7 @@ void BrowserImpl::Destroy(bool close_target) {
   }
   asking_unload_ = false;
   script_dialogs_->OnPageLeft();
+  file_dialogs_->OnBrowserClosed();
   page_events_->Clear();
   if (navigation_policy_) {
     navigation_policy_->OnDetached(this);
@@ -651,6 +656,7 @@ void BrowserImpl::ReleaseAfterShutdown() {
   }
   page_events_->Clear();
   script_dialogs_->Release();
+  file_dialogs_->Release();
   navigation_policy_.reset();
   render_side_.reset();
   render_observer_.reset();
@@ -1045,9 +1051,18 @@ void BrowserImpl::RunFileDialog(FileDialogMode mode,
                                 const CefString& default_file_path,
                                 const std::vector<CefString>& accept_filters,
                                 CefRefPtr<CefRunFileDialogCallback> callback) {
-  if (callback) {
-    PostUiTask([callback] { callback->OnFileDialogDismissed({}); });
+  if (!callback) {
+    LOG(ERROR) << "CefBrowserHost::RunFileDialog: no callback";
+    return;
   }
+  CefRefPtr<BrowserImpl> self(this);
+  const CefString dialog_title = title;
+  const CefString path = default_file_path;
+  // Later even on the UI thread: CEF starts the dialog asynchronously.
+  PostUiTask([self, mode, dialog_title, path, accept_filters, callback] {
+    self->file_dialogs_->Run(mode, dialog_title, path, accept_filters,
+                             callback);
+  });
 }
 
 void BrowserImpl::StartDownload(const CefString& url) {}

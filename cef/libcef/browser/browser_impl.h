@@ -27,6 +27,7 @@ namespace cefengine {
 
 class ChromiumInstance;
 class DevToolsSession;
+class FileDialogs;
 class FrameImpl;
 class PageEvents;
 class ScriptDialogs;
@@ -108,6 +109,8 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
 
   // The page's script dialogs. Engine UI thread.
   ScriptDialogs* script_dialogs() const { return script_dialogs_.get(); }
+  // The page's file choosers and RunFileDialog's. Engine UI thread.
+  FileDialogs* file_dialogs() const { return file_dialogs_.get(); }
   // A beforeunload dialog ended: a non-forced close goes on or, denied,
   // is called off. Engine UI thread.
   void OnUnloadAnswered(bool allowed);
@@ -344,6 +347,7 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   QString target_id_;
   std::unique_ptr<PageEvents> page_events_;
   std::unique_ptr<ScriptDialogs> script_dialogs_;
+  std::unique_ptr<FileDialogs> file_dialogs_;
   std::unique_ptr<RenderObserver> render_observer_;
   std::unique_ptr<NavigationPolicy> navigation_policy_;
   std::unique_ptr<RenderSide> render_side_;

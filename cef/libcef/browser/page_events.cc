@@ -9,6 +9,7 @@
 #include "include/cef_client.h"
 #include "libcef/browser/browser_impl.h"
 #include "libcef/browser/chromium_instance.h"
+#include "libcef/browser/file_dialogs.h"
 #include "libcef/browser/frame_impl.h"
 #include "libcef/browser/navigation_entry_impl.h"
 #include "libcef/browser/net_error.h"
@@ -316,6 +317,8 @@ void PageEvents::Handle(const QString& method, const QJsonObject& params) {
     browser_->script_dialogs_->OnOpening(params);
   } else if (method == QLatin1String("Page.javascriptDialogClosed")) {
     browser_->script_dialogs_->OnClosed(params);
+  } else if (method == QLatin1String("Page.fileChooserOpened")) {
+    browser_->file_dialogs_->OnChooserOpened(params);
   } else if (method == QLatin1String("Page.windowOpen")) {
     window_opens_.push_back(params);
   } else if (method == QLatin1String("Network.requestWillBeSent")) {
@@ -390,6 +393,7 @@ void PageEvents::OnFrameNavigated(const QJsonObject& params) {
   target->SetCommitted(url.toStdString(), Str(frame, "name").toStdString());
   commits_[id] = Commit{Str(frame, "loaderId"), error_page, false};
   const bool main = parent_id.isEmpty();
+  browser_->file_dialogs_->OnFrameNavigated(id, main);
   if (main) {
     browser_->script_dialogs_->OnPageLeft();
   }
@@ -702,6 +706,7 @@ void PageEvents::OnCrashed(const QJsonObject& params) {
   }
   crashed_ = true;
   browser_->script_dialogs_->OnPageLeft();
+  browser_->file_dialogs_->OnFrameNavigated(QString(), true);
   QString status = Str(params, "status");
   if (status.isEmpty()) {
     status = QStringLiteral("crashed");

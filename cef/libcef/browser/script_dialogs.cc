@@ -1,6 +1,7 @@
 #include "libcef/browser/script_dialogs.h"
 
 #include <atomic>
+#include <mutex>
 #include <utility>
 
 #include "include/base/cef_logging.h"
@@ -39,8 +40,9 @@ class JSDialogCallbackImpl : public CefJSDialogCallback {
 
   ~JSDialogCallbackImpl() override {
     if (!used_.exchange(true)) {
+      CefRefPtr<BrowserImpl> browser = TakeBrowser();
       // Posted: the last reference may go inside ScriptDialogs itself.
-      PostUiTask([browser = browser_, serial = serial_] {
+      PostUiTask([browser, serial = serial_] {
         browser->script_dialogs()->Answer(serial, false, QString());
       });
     }
@@ -52,7 +54,7 @@ class JSDialogCallbackImpl : public CefJSDialogCallback {
       return;
     }
     const QString input = QString::fromStdString(user_input.ToString());
-    CefRefPtr<BrowserImpl> browser = browser_;
+    CefRefPtr<BrowserImpl> browser = TakeBrowser();
     const int serial = serial_;
     RunOnUiThread([browser, serial, success, input] {
       browser->script_dialogs()->Answer(serial, success, input);
@@ -60,10 +62,24 @@ class JSDialogCallbackImpl : public CefJSDialogCallback {
   }
 
   // Takes the dialog back from the client; false if it already answered.
-  bool Disconnect() { return !used_.exchange(true); }
+  bool Disconnect() {
+    if (used_.exchange(true)) {
+      return false;
+    }
+    TakeBrowser();
+    return true;
+  }
 
  private:
-  const CefRefPtr<BrowserImpl> browser_;
+  // The browser, once: a client may keep an answered callback for good,
+  // and the browser must not live on through it.
+  CefRefPtr<BrowserImpl> TakeBrowser() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return std::move(browser_);
+  }
+
+  std::mutex mutex_;
+  CefRefPtr<BrowserImpl> browser_;
   const int serial_;
   std::atomic<bool> used_{false};
 
