@@ -1,5 +1,6 @@
 #include "handlers/cef_client_message_handler.h"
 
+#include "handlers/run_file_dialog_callback.h"
 #include "host/instrument/instrument.h"
 #include "host/view_support/conversions.h"
 
@@ -45,10 +46,14 @@ void CefClientMessageHandler::handleMessage(CefRefPtr<CefBrowser> browser,
         handleSetDownloadLocation(browser, message);
     else if (same(name, kEnableDragAndDrop))
         return;
-    else if (same(name, kOpenFolder) || same(name, kOpenIcon) || same(name, kOpenFile) || same(name, kSaveFile) ||
-             same(name, kOpenFileTypes) || same(name, kSaveFileTypes) || same(name, kOpenMultipleFileTypes))
-        // The file dialogs of the page are not served yet: the host hears of the call.
-        handleUnhandled(browser, message);
+    else if (same(name, kOpenFolder))
+        handleOpenFolder(browser, message);
+    else if (same(name, kOpenIcon))
+        handleOpenIcon(browser, message);
+    else if (same(name, kOpenFile) || same(name, kSaveFile))
+        handleFileOpenSave(browser, message);
+    else if (same(name, kOpenFileTypes) || same(name, kSaveFileTypes) || same(name, kOpenMultipleFileTypes))
+        handleFileTypes(browser, message);
     else
         handleUnhandled(browser, message);
 }
@@ -128,6 +133,99 @@ void CefClientMessageHandler::handleSetDownloadLocation(CefRefPtr<CefBrowser>,
 void CefClientMessageHandler::handleUnhandled(CefRefPtr<CefBrowser>, CefRefPtr<brovia::CefClientMessage> message) const
 {
     Q_EMIT unhandled(Conversions::convertString(message->method), Conversions::convertList(message->args));
+}
+
+void CefClientMessageHandler::runFileDialog(CefRefPtr<CefBrowser> browser, CefRefPtr<brovia::CefClientMessage> message,
+                                            cef_file_dialog_mode_t mode, const CefString& title,
+                                            const CefString& defaultPath, const std::vector<CefString>& filters)
+{
+    CefRefPtr<CefBrowserHost> host = browser->GetHost();
+    CefRefPtr<RunFileDialogCallback> callback = new RunFileDialogCallback(browser, message->reply());
+    host->RunFileDialog(mode, title, defaultPath, filters, callback);
+}
+
+bool CefClientMessageHandler::folderAndTitle(CefRefPtr<brovia::CefClientMessage> message, const QString& method,
+                                             CefString& folder, CefString& title) const
+{
+    CefRefPtr<CefListValue> args = message->args;
+    if (!args || args->GetSize() != 2 || args->GetType(0) != VTYPE_LIST || args->GetType(1) != VTYPE_STRING)
+    {
+        Q_EMIT error(QStringLiteral("The first argument to %1 is a list with the first element a string containing "
+                                    "the initial folder. The second argument is a string containing the title.")
+                         .arg(method));
+        return false;
+    }
+    CefRefPtr<CefListValue> inner = args->GetList(0);
+    if (inner->GetSize() != 1 || inner->GetType(0) != VTYPE_STRING)
+    {
+        Q_EMIT error(
+            QStringLiteral("The first argument to %1 is a list with the first element a string containing the initial "
+                           "folder.")
+                .arg(method));
+        return false;
+    }
+    folder = inner->GetString(0);
+    title = args->GetString(1);
+    return true;
+}
+
+void CefClientMessageHandler::handleOpenFolder(CefRefPtr<CefBrowser> browser,
+                                               CefRefPtr<brovia::CefClientMessage> message) const
+{
+    CefString folder;
+    CefString title;
+    if (folderAndTitle(message, QStringLiteral("openFolder"), folder, title))
+        runFileDialog(browser, message, FILE_DIALOG_OPEN_FOLDER, title, folder, {});
+}
+
+void CefClientMessageHandler::handleOpenIcon(CefRefPtr<CefBrowser> browser,
+                                             CefRefPtr<brovia::CefClientMessage> message) const
+{
+    runFileDialog(browser, message, FILE_DIALOG_OPEN, "Open Icon File", CefString(),
+                  {"image/jpeg", "image/png", "image/gif"});
+}
+
+void CefClientMessageHandler::handleFileOpenSave(CefRefPtr<CefBrowser> browser,
+                                                 CefRefPtr<brovia::CefClientMessage> message) const
+{
+    const QString method = Conversions::convertString(message->method);
+    CefString folder;
+    CefString title;
+    if (!folderAndTitle(message, method, folder, title))
+        return;
+    const cef_file_dialog_mode_t mode = message->method.ToString() == kOpenFile ? FILE_DIALOG_OPEN : FILE_DIALOG_SAVE;
+    runFileDialog(browser, message, mode, title, folder, {".txapp"});
+}
+
+void CefClientMessageHandler::handleFileTypes(CefRefPtr<CefBrowser> browser,
+                                              CefRefPtr<brovia::CefClientMessage> message) const
+{
+    const QString method = Conversions::convertString(message->method);
+    CefRefPtr<CefListValue> args = message->args;
+    // The third argument is not checked: of another type it reads as no initial directory.
+    if (!args || args->GetSize() != 3 || args->GetType(0) != VTYPE_LIST || args->GetType(1) != VTYPE_STRING)
+    {
+        Q_EMIT error(QStringLiteral("%1 takes three arguments, a list of file types, the title, and the initial "
+                                    "directory.")
+                         .arg(method));
+        return;
+    }
+    std::vector<CefString> filters;
+    CefRefPtr<CefListValue> types = args->GetList(0);
+    for (size_t index = 0; index < types->GetSize(); ++index)
+    {
+        if (types->GetType(index) != VTYPE_STRING)
+        {
+            Q_EMIT error(QStringLiteral("All file type filters must be strings."));
+            return;
+        }
+        filters.push_back(types->GetString(index));
+    }
+    const std::string name = message->method.ToString();
+    const cef_file_dialog_mode_t mode = name == kOpenMultipleFileTypes ? FILE_DIALOG_OPEN_MULTIPLE
+                                        : name == kSaveFileTypes       ? FILE_DIALOG_SAVE
+                                                                       : FILE_DIALOG_OPEN;
+    runFileDialog(browser, message, mode, args->GetString(1), args->GetString(2), filters);
 }
 
 void CefClientMessageHandler::AddRef() const

@@ -11,6 +11,7 @@
 #include <QVariantList>
 
 #include <atomic>
+#include <vector>
 
 // Dispatches the host methods that a page calls ("cefclient" messages): a fixed set is served
 // here, every other name goes to the host through unhandled. Runs on the engine UI thread; the
@@ -28,6 +29,11 @@ public:
     void handleSetDownloadLocation(CefRefPtr<CefBrowser> browser,
                                    CefRefPtr<brovia::CefClientMessage> message) const;
     void handleUnhandled(CefRefPtr<CefBrowser> browser, CefRefPtr<brovia::CefClientMessage> message) const;
+    // The page's file and folder dialogs; the chosen paths go back to the page as the answer.
+    void handleOpenFolder(CefRefPtr<CefBrowser> browser, CefRefPtr<brovia::CefClientMessage> message) const;
+    void handleOpenIcon(CefRefPtr<CefBrowser> browser, CefRefPtr<brovia::CefClientMessage> message) const;
+    void handleFileOpenSave(CefRefPtr<CefBrowser> browser, CefRefPtr<brovia::CefClientMessage> message) const;
+    void handleFileTypes(CefRefPtr<CefBrowser> browser, CefRefPtr<brovia::CefClientMessage> message) const;
 
     void AddRef() const override;
     bool Release() const override;
@@ -46,6 +52,13 @@ Q_SIGNALS:
     void titleChanged(QString title) const;
 
 private:
+    static void runFileDialog(CefRefPtr<CefBrowser> browser, CefRefPtr<brovia::CefClientMessage> message,
+                              cef_file_dialog_mode_t mode, const CefString& title, const CefString& defaultPath,
+                              const std::vector<CefString>& filters);
+    // [[folder], title]: false (and error raised) when the shape is off.
+    bool folderAndTitle(CefRefPtr<brovia::CefClientMessage> message, const QString& method, CefString& folder,
+                        CefString& title) const;
+
     // The single string argument of [[string]], or false.
     static bool singleString(CefRefPtr<CefListValue> args, bool& outerOk, CefString& value);
 

@@ -95,3 +95,30 @@ TEST(CefClientMessageHandler, KnownMethodsCheckTheirShapeAndTheRestGoToTheHost)
     EXPECT_TRUE(unhandled.at(1).at(0).toString().isEmpty());
     EXPECT_EQ(unhandled.at(1).at(1).toList(), QVariantList{150});
 }
+
+TEST(CefClientMessageHandler, PageFileDialogsCheckTheirArgumentsBeforeAnyDialog)
+{
+    CefRefPtr<CefClientMessageHandler> handler = new CefClientMessageHandler();
+    QSignalSpy errors(handler.get(), &CefClientMessageHandler::error);
+
+    CefRefPtr<CefListValue> types = CefListValue::Create();
+    CefRefPtr<CefListValue> filters = CefListValue::Create();
+    filters->SetString(0, ".txt");
+    filters->SetInt(1, 5);
+    types->SetList(0, filters);
+    types->SetString(1, "Title");
+    types->SetString(2, "/tmp");
+    handler->handleMessage(nullptr, call("openFileTypes", types));
+    ASSERT_EQ(errors.size(), 1);
+    EXPECT_EQ(errors.at(0).at(0).toString(), "All file type filters must be strings.");
+
+    CefRefPtr<CefListValue> twoFolders = wrapped(text("/tmp"));
+    twoFolders->GetList(0)->SetString(1, "/var");
+    twoFolders->SetString(1, "Title");
+    handler->handleMessage(nullptr, call("openFile", twoFolders));
+    EXPECT_EQ(errors.last().at(0).toString(),
+              "The first argument to openFile is a list with the first element a string containing the initial folder.");
+    handler->handleMessage(nullptr, call("saveFileTypes", wrapped(text("x"))));
+    EXPECT_EQ(errors.last().at(0).toString(),
+              "saveFileTypes takes three arguments, a list of file types, the title, and the initial directory.");
+}

@@ -42,8 +42,7 @@ TEST(ScriptDialogs, TheBuiltInDialogsAnswerUnlessTheHostTakesOver)
     auto view = makeView(300, 200);
     QSignalSpy titles(view.get(), &IQCefViewImpl::titleChanged);
     QSignalSpy requests(view.get(), &IQCefViewImpl::jsDialogRequested);
-    view->load(htmlPage(QStringLiteral("<p>dialogs</p>")));
-    ASSERT_TRUE(waitUntil([&] { return view->getRenderedImageSize() == view->size(); }));
+    ASSERT_TRUE(loadAndWait(view.get(), htmlPage(QStringLiteral("<p>dialogs</p>"))));
 
     // The built-in prompt opens empty; what the user typed goes to the page.
     answerNextDialog([](QWidget* dialog) {
@@ -83,10 +82,12 @@ TEST(FileDialogs, APageFileInputOpensAQtDialogAndGetsTheChosenFile)
     startEngine();
     auto view = makeView(300, 200);
     QSignalSpy titles(view.get(), &IQCefViewImpl::titleChanged);
-    view->load(htmlPage(QStringLiteral(
-        "<input id='f' type='file' accept='.txt' style='position:absolute;left:0;top:0;width:200px;height:40px'"
-        " onchange=\"document.title = this.files.length ? this.files[0].name + ' ' + this.files[0].size : 'none'\">")));
-    ASSERT_TRUE(waitUntil([&] { return view->getRenderedImageSize() == view->size(); }));
+    ASSERT_TRUE(loadAndWait(
+        view.get(),
+        htmlPage(QStringLiteral(
+            "<input id='f' type='file' accept='.txt' style='position:absolute;left:0;top:0;width:200px;height:40px'"
+            " onchange=\"document.title = this.files.length ? this.files[0].name + ' ' + this.files[0].size : "
+            "'none'\">"))));
 
     QTemporaryDir folder;
     const QString chosen = folder.filePath(QStringLiteral("notes.txt"));
@@ -104,4 +105,29 @@ TEST(FileDialogs, APageFileInputOpensAQtDialogAndGetsTheChosenFile)
     });
     QTest::mouseClick(view.get(), Qt::LeftButton, Qt::NoModifier, QPoint(50, 20));
     EXPECT_TRUE(titleBecomes(titles, QStringLiteral("notes.txt 5")));
+}
+
+TEST(FileDialogs, APageAsksTheHostForAFileAndGetsItsPath)
+{
+    startEngine();
+    auto view = makeView(300, 200);
+    QSignalSpy titles(view.get(), &IQCefViewImpl::titleChanged);
+    ASSERT_TRUE(loadAndWait(view.get(), htmlPage(QStringLiteral("<p>files</p>"))));
+
+    QTemporaryDir folder;
+    const QString chosen = folder.filePath(QStringLiteral("project.txapp"));
+    QFile file(chosen);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.close();
+    answerNextDialog([&](QWidget* dialog) {
+        auto* files = qobject_cast<QFileDialog*>(dialog);
+        ASSERT_NE(files, nullptr);
+        files->selectFile(chosen);
+        QMetaObject::invokeMethod(files, "accept", Qt::DirectConnection);
+    });
+    view->runJavaScript(QStringLiteral("cefclient('openFile', ['%1'], 'Pick a project')"
+                                       ".then(paths => document.title = 'picked ' + paths.join())")
+                            .arg(folder.path()),
+                        [](const QVariant&) {});
+    EXPECT_TRUE(titleBecomes(titles, QStringLiteral("picked ") + chosen));
 }

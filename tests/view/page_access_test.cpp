@@ -23,8 +23,8 @@ TEST(PageAccess, ScriptsGiveTheirValuesBothWaysAndTheSourceComesBack)
     EXPECT_TRUE(calledAtOnce);
     EXPECT_TRUE(view->html().isNull());
 
-    view->load(htmlPage(QStringLiteral("<html><head><title>T</title></head><body><p id='p'>para</p></body></html>")));
-    ASSERT_TRUE(waitUntil([&] { return view->getRenderedImageSize() == view->size(); }));
+    ASSERT_TRUE(loadAndWait(view.get(), htmlPage(QStringLiteral("<html><head><title>T</title></head>"
+                                                                "<body><p id='p'>para</p></body></html>"))));
 
     EXPECT_EQ(view->runJavaScriptSync(QStringLiteral("6 * 7"), 10000ms), QVariant(42));
     EXPECT_EQ(view->runJavaScriptSync(QStringLiteral("document.getElementById('p').textContent"), 10000ms),
@@ -60,8 +60,7 @@ TEST(PageAccess, APageCallsHostMethodsByName)
     QSignalSpy calls(view.get(), &IQCefViewImpl::receivedCefClientMessage);
     QSignalSpy titles(view.get(), &IQCefViewImpl::titleChanged);
     QSignalSpy console(view.get(), &IQCefViewImpl::javaScriptConsoleMessage);
-    view->load(htmlPage(QStringLiteral("<p>calls</p>")));
-    ASSERT_TRUE(waitUntil([&] { return view->getRenderedImageSize() == view->size(); }));
+    ASSERT_TRUE(loadAndWait(view.get(), htmlPage(QStringLiteral("<p>calls</p>"))));
 
     view->runJavaScript(QStringLiteral("cefclient('hostMethod', [1, 'two'], true); "
                                        "cefclient('setTitle', ['From the page']); "

@@ -68,3 +68,14 @@ QUrl htmlPage(const QString& html)
 {
     return QUrl(QStringLiteral("data:text/html;charset=utf-8,") + QString::fromLatin1(QUrl::toPercentEncoding(html)));
 }
+
+bool loadAndWait(IQCefViewImpl* view, const QUrl& url)
+{
+    bool finished = false;
+    const QMetaObject::Connection connection =
+        QObject::connect(view, &IQCefViewImpl::loadFinished, [&](const QString&, bool ok) { finished = ok; });
+    view->load(url);
+    const bool done = waitUntil([&] { return finished && view->getRenderedImageSize() == view->size(); });
+    QObject::disconnect(connection);
+    return done;
+}

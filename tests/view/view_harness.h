@@ -32,3 +32,7 @@ bool sameColor(QRgb pixel, const QColor& expected);
 
 // A page from inline HTML, as a data: URL.
 QUrl htmlPage(const QString& html);
+
+// Loads url and waits (15 s at most) until it has finished loading and a frame of the view's size
+// has arrived: a frame alone may still be the blank page before it.
+bool loadAndWait(IQCefViewImpl* view, const QUrl& url);

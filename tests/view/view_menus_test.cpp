@@ -39,8 +39,7 @@ TEST(ViewMenus, TheContextMenuIsBuiltFromTheEnginesModel)
 {
     startEngine();
     auto view = makeView(200, 100);
-    view->load(htmlPage(QStringLiteral("<p>menu</p>")));
-    ASSERT_TRUE(waitUntil([&] { return view->getRenderedImageSize() == view->size(); }));
+    ASSERT_TRUE(loadAndWait(view.get(), htmlPage(QStringLiteral("<p>menu</p>"))));
 
     ContextMenuHandler::MenuModelState state;
     addItem(state, MENUITEMTYPE_COMMAND, "Copy", 1);

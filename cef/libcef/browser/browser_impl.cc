@@ -8,12 +8,15 @@
 #include "include/base/cef_logging.h"
 #include "libcef/browser/browser_registry.h"
 #include "libcef/browser/chromium_instance.h"
+#include "libcef/browser/context_menus.h"
 #include "libcef/browser/context_storage.h"
 #include "libcef/browser/file_dialogs.h"
+#include "libcef/browser/find_in_page.h"
 #include "libcef/browser/frame_impl.h"
 #include "libcef/browser/input_translator.h"
 #include "libcef/browser/navigation_entry_impl.h"
 #include "libcef/browser/page_events.h"
+#include "libcef/browser/printing.h"
 #include "libcef/browser/request_context_impl.h"
 #include "libcef/browser/script_dialogs.h"
 #include "libcef/browser/ui_task.h"
@@ -73,6 +76,9 @@ BrowserImpl::BrowserImpl(int id, CreateParams params)
       page_events_(std::make_unique<PageEvents>(this)),
       script_dialogs_(std::make_unique<ScriptDialogs>(this)),
       file_dialogs_(std::make_unique<FileDialogs>(this)),
+      printing_(std::make_unique<Printing>(this)),
+      find_in_page_(std::make_unique<FindInPage>(this)),
+      context_menus_(std::make_unique<ContextMenus>(this)),
       client_(params.client) {
   if (params.settings.windowless_frame_rate > 0) {
     frame_rate_ = std::clamp(params.settings.windowless_frame_rate, 1, 60);
@@ -230,6 +236,10 @@ void BrowserImpl::Attach(const QString& session_id) {
   send("Page.addScriptToEvaluateOnNewDocument",
        {{"source", PageEvents::TitleWatcherScript()},
         {"worldName", kEngineWorld}});
+  // Headless Chromium prints nothing: window.print() asks the client.
+  send("Runtime.addBinding", {{"name", Printing::kPrintBinding}});
+  send("Page.addScriptToEvaluateOnNewDocument",
+       {{"source", Printing::PrintWrapperScript()}});
 
   if (NavigationPolicyFactory factory = GetNavigationPolicyFactory()) {
     navigation_policy_ = factory(this);
@@ -610,6 +620,8 @@ void BrowserImpl::Destroy(bool close_target) {
   asking_unload_ = false;
   script_dialogs_->OnPageLeft();
   file_dialogs_->OnBrowserClosed();
+  printing_->Release();
+  context_menus_->Release();
   page_events_->Clear();
   if (navigation_policy_) {
     navigation_policy_->OnDetached(this);
@@ -657,6 +669,8 @@ void BrowserImpl::ReleaseAfterShutdown() {
   page_events_->Clear();
   script_dialogs_->Release();
   file_dialogs_->Release();
+  printing_->Release();
+  context_menus_->Release();
   navigation_policy_.reset();
   render_side_.reset();
   render_observer_.reset();
@@ -1079,23 +1093,39 @@ void BrowserImpl::DownloadImage(const CefString& image_url,
   }
 }
 
-void BrowserImpl::Print() {}
+void BrowserImpl::Print() {
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self] { self->printing_->Start(); });
+}
 
 void BrowserImpl::PrintToPDF(const CefString& path,
                              const CefPdfPrintSettings& settings,
                              CefRefPtr<CefPdfPrintCallback> callback) {
-  if (callback) {
-    const CefString target = path;
-    PostUiTask([callback, target] { callback->OnPdfPrintFinished(target, false); });
-  }
+  CefRefPtr<BrowserImpl> self(this);
+  const QString file = QString::fromStdString(path.ToString());
+  // CefPdfPrintSettings owns its strings: copied for the UI thread.
+  auto copy = std::make_shared<CefPdfPrintSettings>(settings);
+  RunOnUiThread([self, file, copy, callback] {
+    self->printing_->PrintToPDF(file, *copy, callback);
+  });
 }
 
 void BrowserImpl::Find(const CefString& searchText,
                        bool forward,
                        bool matchCase,
-                       bool findNext) {}
+                       bool findNext) {
+  CefRefPtr<BrowserImpl> self(this);
+  const QString text = QString::fromStdString(searchText.ToString());
+  RunOnUiThread([self, text, forward, matchCase, findNext] {
+    self->find_in_page_->Find(text, forward, matchCase, findNext);
+  });
+}
 
-void BrowserImpl::StopFinding(bool clearSelection) {}
+void BrowserImpl::StopFinding(bool clearSelection) {
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread(
+      [self, clearSelection] { self->find_in_page_->Stop(clearSelection); });
+}
 
 void BrowserImpl::ShowDevTools(const CefWindowInfo& windowInfo,
                                CefRefPtr<CefClient> client,
@@ -1338,6 +1368,12 @@ void BrowserImpl::SendMouseClickEvent(const CefMouseEvent& event,
                                       int clickCount) {
   SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"),
                   ToPagePoint(InputTranslator::MouseClick(event, type, mouseUp, clickCount)));
+  // Headless Chromium opens no menu of its own on the release.
+  if (type == MBT_RIGHT && mouseUp) {
+    CefRefPtr<BrowserImpl> self(this);
+    const int x = event.x, y = event.y;
+    RunOnUiThread([self, x, y] { self->context_menus_->Open(x, y); });
+  }
 }
 
 void BrowserImpl::SendMouseMoveEvent(const CefMouseEvent& event,

@@ -26,10 +26,13 @@
 namespace cefengine {
 
 class ChromiumInstance;
+class ContextMenus;
 class DevToolsSession;
 class FileDialogs;
+class FindInPage;
 class FrameImpl;
 class PageEvents;
+class Printing;
 class ScriptDialogs;
 
 class BrowserImpl : public CefBrowser, public CefBrowserHost {
@@ -111,6 +114,9 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   ScriptDialogs* script_dialogs() const { return script_dialogs_.get(); }
   // The page's file choosers and RunFileDialog's. Engine UI thread.
   FileDialogs* file_dialogs() const { return file_dialogs_.get(); }
+  // Printing, find in page and context menus. Engine UI thread.
+  Printing* printing() const { return printing_.get(); }
+  ContextMenus* context_menus() const { return context_menus_.get(); }
   // A beforeunload dialog ended: a non-forced close goes on or, denied,
   // is called off. Engine UI thread.
   void OnUnloadAnswered(bool allowed);
@@ -348,6 +354,9 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   std::unique_ptr<PageEvents> page_events_;
   std::unique_ptr<ScriptDialogs> script_dialogs_;
   std::unique_ptr<FileDialogs> file_dialogs_;
+  std::unique_ptr<Printing> printing_;
+  std::unique_ptr<FindInPage> find_in_page_;
+  std::unique_ptr<ContextMenus> context_menus_;
   std::unique_ptr<RenderObserver> render_observer_;
   std::unique_ptr<NavigationPolicy> navigation_policy_;
   std::unique_ptr<RenderSide> render_side_;

@@ -13,6 +13,7 @@
 #include "libcef/browser/frame_impl.h"
 #include "libcef/browser/navigation_entry_impl.h"
 #include "libcef/browser/net_error.h"
+#include "libcef/browser/printing.h"
 #include "libcef/browser/script_dialogs.h"
 #include "libcef/browser/ui_task.h"
 
@@ -364,6 +365,8 @@ void PageEvents::Handle(const QString& method, const QJsonObject& params) {
   } else if (method == QLatin1String("Runtime.bindingCalled")) {
     if (Str(params, "name") == QLatin1String(kTitleBinding)) {
       OnTitle(Str(params, "payload"));
+    } else if (Str(params, "name") == QLatin1String(Printing::kPrintBinding)) {
+      browser_->printing()->Start();
     }
   } else if (method == QLatin1String("Target.targetCrashed") ||
              method == QLatin1String("Inspector.targetCrashed")) {
