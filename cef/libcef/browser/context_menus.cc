@@ -4,6 +4,7 @@
 
 #include "include/base/cef_logging.h"
 #include "include/cef_menu_model.h"
+#include "libcef/browser/browser_hold.h"
 #include "libcef/browser/engine_world.h"
 #include "libcef/browser/ui_task.h"
 

@@ -1,12 +1,8 @@
 // Scripts of the engine's own in the main frame, in an isolated world that
-// the page's scripts cannot see or change, and the hold a client callback
-// keeps on its browser until answered.
+// the page's scripts cannot see or change.
 
 #ifndef CEF_LIBCEF_BROWSER_ENGINE_WORLD_H_
 #define CEF_LIBCEF_BROWSER_ENGINE_WORLD_H_
-
-#include <mutex>
-#include <utility>
 
 #include <QString>
 
@@ -34,23 +30,6 @@ class EngineWorld {
   BrowserImpl* const browser_;
   const QString name_;
   int context_ = 0;
-};
-
-// The browser a callback handed to the client needs, given up at the first
-// answer: a client may keep an answered callback for good. Any thread.
-class BrowserHold {
- public:
-  explicit BrowserHold(CefRefPtr<BrowserImpl> browser)
-      : browser_(std::move(browser)) {}
-  // The browser on the first call, null on later ones.
-  CefRefPtr<BrowserImpl> Take() {
-    std::lock_guard<std::mutex> lock(mutex_);
-    return std::move(browser_);
-  }
-
- private:
-  std::mutex mutex_;
-  CefRefPtr<BrowserImpl> browser_;
 };
 
 }  // namespace cefengine

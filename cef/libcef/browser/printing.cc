@@ -7,7 +7,7 @@
 
 #include "include/base/cef_logging.h"
 #include "include/cef_client.h"
-#include "libcef/browser/engine_world.h"
+#include "libcef/browser/browser_hold.h"
 #include "libcef/browser/ui_task.h"
 
 namespace cefengine {

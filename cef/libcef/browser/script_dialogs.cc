@@ -1,12 +1,12 @@
 #include "libcef/browser/script_dialogs.h"
 
 #include <atomic>
-#include <mutex>
 #include <utility>
 
 #include "include/base/cef_logging.h"
 #include "include/cef_client.h"
 #include "libcef/browser/browser_impl.h"
+#include "libcef/browser/browser_hold.h"
 #include "libcef/browser/ui_task.h"
 
 namespace cefengine {
@@ -71,15 +71,9 @@ class JSDialogCallbackImpl : public CefJSDialogCallback {
   }
 
  private:
-  // The browser, once: a client may keep an answered callback for good,
-  // and the browser must not live on through it.
-  CefRefPtr<BrowserImpl> TakeBrowser() {
-    std::lock_guard<std::mutex> lock(mutex_);
-    return std::move(browser_);
-  }
+  CefRefPtr<BrowserImpl> TakeBrowser() { return browser_.Take(); }
 
-  std::mutex mutex_;
-  CefRefPtr<BrowserImpl> browser_;
+  BrowserHold browser_;
   const int serial_;
   std::atomic<bool> used_{false};
 
