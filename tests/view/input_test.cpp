@@ -1,6 +1,12 @@
 #include "view_harness.h"
 
+#include "view/view_impl_service.h"
+#include "host/view_interface/qcef_view_settings.h"
+
+#include <QApplication>
 #include <QKeyEvent>
+#include <QLineEdit>
+#include <QVBoxLayout>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -50,4 +56,28 @@ TEST(ViewInput, ClicksAndKeysReachThePageAndZoomKeysStayWithTheHost)
     EXPECT_TRUE(waitForFrame(view.get(), [](const QImage& f) { return sameColor(f.pixel(150, 150), Qt::green); }));
     view->setZoomLevel(0.0);
     EXPECT_TRUE(waitForFrame(view.get(), [](const QImage& f) { return sameColor(f.pixel(150, 150), Qt::blue); }));
+}
+
+TEST(ViewInput, TabPastThePageHandsTheFocusToTheNextWidget)
+{
+    startEngine();
+    QWidget window;
+    auto* layout = new QVBoxLayout(&window);
+    IQCefViewImpl* view = QCefViewImplService::create(&window, QCefViewSettings());
+    auto* after = new QLineEdit(&window);
+    layout->addWidget(view);
+    layout->addWidget(after);
+    window.resize(300, 260);
+    window.show();
+    QApplication::setActiveWindow(&window);
+    ASSERT_TRUE(loadAndWait(view, htmlPage(QStringLiteral("<input id='only' autofocus>"))));
+    view->setFocus();
+    ASSERT_TRUE(waitUntil([&] { return view->hasFocus(); }));
+    ASSERT_TRUE(waitUntil([&] {
+        return view->runJavaScriptSync(QStringLiteral("document.activeElement.id"), std::chrono::milliseconds(5000))
+                   .toString() == QStringLiteral("only");
+    }));
+
+    QTest::keyClick(view, Qt::Key_Tab);
+    EXPECT_TRUE(waitUntil([&] { return after->hasFocus(); }));
 }

@@ -236,6 +236,11 @@ void BrowserImpl::Attach(const QString& session_id) {
   send("Page.addScriptToEvaluateOnNewDocument",
        {{"source", PageEvents::TitleWatcherScript()},
         {"worldName", kEngineWorld}});
+  send("Runtime.addBinding", {{"name", PageEvents::kTakeFocusBinding},
+                              {"executionContextName", kEngineWorld}});
+  send("Page.addScriptToEvaluateOnNewDocument",
+       {{"source", PageEvents::TakeFocusWatcherScript()},
+        {"worldName", kEngineWorld}});
   // Headless Chromium prints nothing: window.print() asks the client.
   send("Runtime.addBinding", {{"name", Printing::kPrintBinding}});
   send("Page.addScriptToEvaluateOnNewDocument",

@@ -7,6 +7,7 @@
 
 #include "include/base/cef_logging.h"
 #include "include/cef_client.h"
+#include "include/cef_focus_handler.h"
 #include "libcef/browser/browser_impl.h"
 #include "libcef/browser/chromium_instance.h"
 #include "libcef/browser/file_dialogs.h"
@@ -195,6 +196,25 @@ QString PageEvents::TitleWatcherScript() {
       .arg(QLatin1String(kTitleBinding));
 }
 
+QString PageEvents::TakeFocusWatcherScript() {
+  // After Tab's own work: when nothing in the page holds the focus any more,
+  // it left the page.
+  return QStringLiteral(
+             "(() => {"
+             "  if (window !== window.top) return;"
+             "  document.addEventListener('keydown', (event) => {"
+             "    if (event.key !== 'Tab' || event.defaultPrevented) return;"
+             "    const from = document.activeElement;"
+             "    setTimeout(() => {"
+             "      const now = document.activeElement;"
+             "      if ((!now || now === document.body) && now !== from)"
+             "        %1(event.shiftKey ? '0' : '1');"
+             "    }, 0);"
+             "  }, true);"
+             "})();")
+      .arg(QLatin1String(kTakeFocusBinding));
+}
+
 PageEvents::PageEvents(BrowserImpl* browser) : browser_(browser) {}
 
 void PageEvents::Push(const QString& method, const QJsonObject& params) {
@@ -367,6 +387,8 @@ void PageEvents::Handle(const QString& method, const QJsonObject& params) {
       OnTitle(Str(params, "payload"));
     } else if (Str(params, "name") == QLatin1String(Printing::kPrintBinding)) {
       browser_->printing()->Start();
+    } else if (Str(params, "name") == QLatin1String(kTakeFocusBinding)) {
+      OnTakeFocus(Str(params, "payload") == QLatin1String("1"));
     }
   } else if (method == QLatin1String("Target.targetCrashed") ||
              method == QLatin1String("Inspector.targetCrashed")) {
@@ -677,6 +699,14 @@ void PageEvents::ReportConsole(cef_log_severity_t level,
   if (CefRefPtr<CefDisplayHandler> display =
           client ? client->GetDisplayHandler() : nullptr) {
     display->OnConsoleMessage(browser_, level, Cef(message), Cef(source), line);
+  }
+}
+
+void PageEvents::OnTakeFocus(bool next) {
+  CefRefPtr<CefClient> client = browser_->client();
+  if (CefRefPtr<CefFocusHandler> handler =
+          client ? client->GetFocusHandler() : nullptr) {
+    handler->OnTakeFocus(browser_, next);
   }
 }
 

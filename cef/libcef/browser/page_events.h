@@ -31,6 +31,10 @@ class PageEvents {
   // A script for every new document that reports the main frame's title
   // whenever it changes.
   static QString TitleWatcherScript();
+  // The binding and script that tell when Tab moves the focus out of the
+  // page: "1" past the last element, "0" before the first.
+  static constexpr char kTakeFocusBinding[] = "__broviaTakeFocus";
+  static QString TakeFocusWatcherScript();
 
   explicit PageEvents(BrowserImpl* browser);
   PageEvents(const PageEvents&) = delete;
@@ -87,6 +91,8 @@ class PageEvents {
                      const QString& message,
                      const QString& source,
                      int line);
+  // Tab moved the focus out of the page.
+  void OnTakeFocus(bool next);
   void OnTitle(const QString& page_title);
   void OnCrashed(const QJsonObject& params);
   void OnPopupAttached(const QJsonObject& params);
