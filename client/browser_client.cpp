@@ -41,6 +41,7 @@
 #include <QMetaType>
 
 #include <algorithm>
+#include <future>
 #include <vector>
 
 namespace
@@ -251,8 +252,19 @@ bool BrowserClient::OnProcessMessageReceived(CefRefPtr<CefBrowser> browser, CefR
     {
         CefRefPtr<brovia::RepaintSyncResultMessage> result = new brovia::RepaintSyncResultMessage();
         result->fromProcessMessage(message);
-        // Any answer fulfils the current round trip; only RepaintSync sends the request.
-        m_repaintFuture->set(true);
+        // Any answer fulfils the current round trip; only RepaintSync sends the request. The
+        // answer to an abandoned round trip may have fulfilled it already: this one then comes
+        // late and is dropped, rather than taking the application down from the engine's thread.
+        if (m_repaintFuture)
+        {
+            try
+            {
+                m_repaintFuture->set(true);
+            }
+            catch (const std::future_error&)
+            {
+            }
+        }
         return true;
     }
     if (name == brovia::FocusedNodeChangedMessage::kName)
