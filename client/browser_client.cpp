@@ -295,6 +295,9 @@ void BrowserClient::RunJavaScript(const QString& script, CefRefPtr<RunJavaScript
     if (m_cleanedUp || !m_lifeSpanHandler)
         return;
     CefRefPtr<CefBrowser> browser = GetBrowser();
+    // The browser may have closed while the task was on its way.
+    if (!browser)
+        return;
     CefRefPtr<brovia::RunJavaScriptMessage> message = new brovia::RunJavaScriptMessage();
     message->browserId = browser->GetIdentifier();
     message->frameId = browser->GetMainFrame()->GetIdentifier();
@@ -495,7 +498,9 @@ void BrowserClient::onShowDevTools()
 
 void BrowserClient::onHideDevTools()
 {
-    GetBrowser()->GetHost()->CloseDevTools();
+    // Queued from the engine: the browser may be gone by now.
+    if (CefRefPtr<CefBrowser> browser = m_cleanedUp ? nullptr : GetBrowser())
+        browser->GetHost()->CloseDevTools();
 }
 
 void BrowserClient::onSetDownloadLocation(QString loc)
@@ -509,7 +514,11 @@ void BrowserClient::onMessageError(QString errorString)
     BROVIA_INSTRUMENT_CONTEXT("onMessageError", "errorString", errorString.toStdString());
     // Unescaped on purpose: the page's console shows the text as it came.
     const QString statement = QStringLiteral("console.warn('") + errorString + QStringLiteral("');");
-    CefRefPtr<CefFrame> frame = GetBrowser()->GetMainFrame();
+    // Queued from the engine: the browser may be gone by now.
+    CefRefPtr<CefBrowser> browser = m_cleanedUp ? nullptr : GetBrowser();
+    if (!browser)
+        return;
+    CefRefPtr<CefFrame> frame = browser->GetMainFrame();
     frame->ExecuteJavaScript(Conversions::convertString(statement), frame->GetURL(), 0);
 }
 
