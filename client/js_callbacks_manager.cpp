@@ -37,28 +37,3 @@ void JSCallBacksManager::disconnectAll()
     for (auto& entry : m_callbacks)
         QObject::disconnect(entry.second.get(), nullptr, nullptr, nullptr);
 }
-
-void JSCallBacksManager::AddRef() const
-{
-    m_refCount.fetch_add(1, std::memory_order_relaxed);
-}
-
-bool JSCallBacksManager::Release() const
-{
-    if (m_refCount.fetch_sub(1, std::memory_order_acq_rel) == 1)
-    {
-        delete this;
-        return true;
-    }
-    return false;
-}
-
-bool JSCallBacksManager::HasOneRef() const
-{
-    return m_refCount.load(std::memory_order_acquire) == 1;
-}
-
-bool JSCallBacksManager::HasAtLeastOneRef() const
-{
-    return m_refCount.load(std::memory_order_acquire) > 0;
-}

@@ -19,10 +19,6 @@ class JSCallBacksManager : public QObject, public CefBaseRefCounted
 public:
     ~JSCallBacksManager() override;
 
-    void AddRef() const override;
-    bool Release() const override;
-    bool HasOneRef() const override;
-    bool HasAtLeastOneRef() const override;
 
 public Q_SLOTS:
     void onRunJavaScriptCallbackFinished(qlonglong id);
@@ -36,5 +32,6 @@ public Q_SLOTS:
 private:
     std::mutex m_mutex;
     std::unordered_map<qlonglong, CefRefPtr<RunJavaScriptCallback>> m_callbacks;
-    mutable std::atomic<int32_t> m_refCount{0};
+
+    IMPLEMENT_REFCOUNTING(JSCallBacksManager);
 };

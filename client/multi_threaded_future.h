@@ -2,7 +2,6 @@
 
 #include "client/future.h"
 
-#include <atomic>
 #include <chrono>
 #include <future>
 
@@ -32,20 +31,8 @@ public:
         return future.get();
     }
 
-    void AddRef() const override { m_refCount.fetch_add(1, std::memory_order_relaxed); }
-    bool Release() const override
-    {
-        if (m_refCount.fetch_sub(1, std::memory_order_acq_rel) == 1)
-        {
-            delete this;
-            return true;
-        }
-        return false;
-    }
-    bool HasOneRef() const override { return m_refCount.load(std::memory_order_acquire) == 1; }
-    bool HasAtLeastOneRef() const override { return m_refCount.load(std::memory_order_acquire) > 0; }
-
 private:
     std::promise<T> m_promise;
-    mutable std::atomic<int32_t> m_refCount{0};
+
+    IMPLEMENT_REFCOUNTING(MultiThreadedFuture);
 };

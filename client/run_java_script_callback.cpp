@@ -48,28 +48,3 @@ void RunJavaScriptCallback::execute(QVariant result)
         m_callback(result);
     Q_EMIT finished(m_id);
 }
-
-void RunJavaScriptCallback::AddRef() const
-{
-    m_refCount.fetch_add(1, std::memory_order_relaxed);
-}
-
-bool RunJavaScriptCallback::Release() const
-{
-    if (m_refCount.fetch_sub(1, std::memory_order_acq_rel) == 1)
-    {
-        delete this;
-        return true;
-    }
-    return false;
-}
-
-bool RunJavaScriptCallback::HasOneRef() const
-{
-    return m_refCount.load(std::memory_order_acquire) == 1;
-}
-
-bool RunJavaScriptCallback::HasAtLeastOneRef() const
-{
-    return m_refCount.load(std::memory_order_acquire) > 0;
-}

@@ -30,10 +30,6 @@ public:
     // that the function's references may go once this returns. The waiter's thread.
     void cancel();
 
-    void AddRef() const override;
-    bool Release() const override;
-    bool HasOneRef() const override;
-    bool HasAtLeastOneRef() const override;
 
 public Q_SLOTS:
     // Calls the function with the script's value, on the Qt main thread or right here by mode,
@@ -48,5 +44,6 @@ private:
     std::function<void(const QVariant&)> m_callback;
     int m_mode = DeliverOnMainThread;
     qlonglong m_id = -1;
-    mutable std::atomic<int32_t> m_refCount{0};
+
+    IMPLEMENT_REFCOUNTING(RunJavaScriptCallback);
 };

@@ -227,28 +227,3 @@ void CefClientMessageHandler::handleFileTypes(CefRefPtr<CefBrowser> browser,
                                                                        : FILE_DIALOG_OPEN;
     runFileDialog(browser, message, mode, args->GetString(1), args->GetString(2), filters);
 }
-
-void CefClientMessageHandler::AddRef() const
-{
-    m_refCount.fetch_add(1, std::memory_order_relaxed);
-}
-
-bool CefClientMessageHandler::Release() const
-{
-    if (m_refCount.fetch_sub(1, std::memory_order_acq_rel) == 1)
-    {
-        delete this;
-        return true;
-    }
-    return false;
-}
-
-bool CefClientMessageHandler::HasOneRef() const
-{
-    return m_refCount.load(std::memory_order_acquire) == 1;
-}
-
-bool CefClientMessageHandler::HasAtLeastOneRef() const
-{
-    return m_refCount.load(std::memory_order_acquire) > 0;
-}

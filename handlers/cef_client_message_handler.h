@@ -10,7 +10,6 @@
 #include <QString>
 #include <QVariantList>
 
-#include <atomic>
 #include <vector>
 
 // Dispatches the host methods that a page calls ("cefclient" messages): a fixed set is served
@@ -35,10 +34,6 @@ public:
     void handleFileOpenSave(CefRefPtr<CefBrowser> browser, CefRefPtr<brovia::CefClientMessage> message) const;
     void handleFileTypes(CefRefPtr<CefBrowser> browser, CefRefPtr<brovia::CefClientMessage> message) const;
 
-    void AddRef() const override;
-    bool Release() const override;
-    bool HasOneRef() const override;
-    bool HasAtLeastOneRef() const override;
 
 Q_SIGNALS:
     void unhandled(QString method, QVariantList args) const;
@@ -62,5 +57,5 @@ private:
     // The single string argument of [[string]], or false.
     static bool singleString(CefRefPtr<CefListValue> args, bool& outerOk, CefString& value);
 
-    mutable std::atomic<int32_t> m_refCount{0};
+    IMPLEMENT_REFCOUNTING(CefClientMessageHandler);
 };

@@ -26,19 +26,6 @@ public:
     // True when the message left towards frame's other side.
     virtual bool send(CefRefPtr<CefBrowser> browser, CefRefPtr<CefFrame> frame) = 0;
 
-    void AddRef() const override { m_refCount.fetch_add(1, std::memory_order_relaxed); }
-    bool Release() const override
-    {
-        if (m_refCount.fetch_sub(1, std::memory_order_acq_rel) == 1)
-        {
-            delete this;
-            return true;
-        }
-        return false;
-    }
-    bool HasOneRef() const override { return m_refCount.load(std::memory_order_acquire) == 1; }
-    bool HasAtLeastOneRef() const override { return m_refCount.load(std::memory_order_acquire) > 0; }
-
 protected:
     // A 64-bit number travels as its decimal text: a CEF list holds no 64-bit integer.
     static void setInt64(CefRefPtr<CefListValue> args, size_t index, int64_t value)
@@ -68,8 +55,7 @@ protected:
         return true;
     }
 
-private:
-    mutable std::atomic<int32_t> m_refCount{0};
+    IMPLEMENT_REFCOUNTING(ProcessMessage);
 };
 
 // The fields of a request that addresses one frame of one browser on the render side.
