@@ -1,6 +1,5 @@
 #include "libcef/browser/file_dialogs.h"
 
-#include <atomic>
 #include <utility>
 
 #include <QFileInfo>
@@ -150,8 +149,7 @@ class FileDialogCallbackImpl : public CefFileDialogCallback {
       : browser_(std::move(browser)), serial_(serial) {}
 
   ~FileDialogCallbackImpl() override {
-    if (!used_.exchange(true)) {
-      CefRefPtr<BrowserImpl> browser = TakeBrowser();
+    if (CefRefPtr<BrowserImpl> browser = browser_.Take()) {
       // Posted: the last reference may go inside FileDialogs itself.
       PostUiTask([browser, serial = serial_] {
         browser->file_dialogs()->Answer(serial, {});
@@ -161,9 +159,6 @@ class FileDialogCallbackImpl : public CefFileDialogCallback {
 
   // Any thread.
   void Continue(const std::vector<CefString>& file_paths) override {
-    if (used_.exchange(true)) {
-      return;
-    }
     std::vector<QString> paths;
     for (const CefString& path : file_paths) {
       paths.push_back(QString::fromStdString(path.ToString()));
@@ -171,34 +166,25 @@ class FileDialogCallbackImpl : public CefFileDialogCallback {
     Deliver(std::move(paths));
   }
 
-  void Cancel() override {
-    if (!used_.exchange(true)) {
-      Deliver({});
-    }
-  }
+  void Cancel() override { Deliver({}); }
 
   // Takes the dialog back from the client; false if it already answered.
-  bool Disconnect() {
-    if (used_.exchange(true)) {
-      return false;
-    }
-    TakeBrowser();
-    return true;
-  }
+  bool Disconnect() { return browser_.Take() != nullptr; }
 
  private:
+  // The first answer only.
   void Deliver(std::vector<QString> paths) {
-    RunOnUiThread([browser = TakeBrowser(), serial = serial_,
-                   paths = std::move(paths)] {
+    CefRefPtr<BrowserImpl> browser = browser_.Take();
+    if (!browser) {
+      return;
+    }
+    RunOnUiThread([browser, serial = serial_, paths = std::move(paths)] {
       browser->file_dialogs()->Answer(serial, paths);
     });
   }
 
-  CefRefPtr<BrowserImpl> TakeBrowser() { return browser_.Take(); }
-
   BrowserHold browser_;
   const int serial_;
-  std::atomic<bool> used_{false};
 
   IMPLEMENT_REFCOUNTING(FileDialogCallbackImpl);
 };

@@ -1,6 +1,5 @@
 #include "libcef/browser/script_dialogs.h"
 
-#include <atomic>
 #include <utility>
 
 #include "include/base/cef_logging.h"
@@ -39,8 +38,7 @@ class JSDialogCallbackImpl : public CefJSDialogCallback {
       : browser_(std::move(browser)), serial_(serial) {}
 
   ~JSDialogCallbackImpl() override {
-    if (!used_.exchange(true)) {
-      CefRefPtr<BrowserImpl> browser = TakeBrowser();
+    if (CefRefPtr<BrowserImpl> browser = browser_.Take()) {
       // Posted: the last reference may go inside ScriptDialogs itself.
       PostUiTask([browser, serial = serial_] {
         browser->script_dialogs()->Answer(serial, false, QString());
@@ -50,32 +48,22 @@ class JSDialogCallbackImpl : public CefJSDialogCallback {
 
   // Any thread.
   void Continue(bool success, const CefString& user_input) override {
-    if (used_.exchange(true)) {
+    CefRefPtr<BrowserImpl> browser = browser_.Take();
+    if (!browser) {
       return;
     }
     const QString input = QString::fromStdString(user_input.ToString());
-    CefRefPtr<BrowserImpl> browser = TakeBrowser();
-    const int serial = serial_;
-    RunOnUiThread([browser, serial, success, input] {
+    RunOnUiThread([browser, serial = serial_, success, input] {
       browser->script_dialogs()->Answer(serial, success, input);
     });
   }
 
   // Takes the dialog back from the client; false if it already answered.
-  bool Disconnect() {
-    if (used_.exchange(true)) {
-      return false;
-    }
-    TakeBrowser();
-    return true;
-  }
+  bool Disconnect() { return browser_.Take() != nullptr; }
 
  private:
-  CefRefPtr<BrowserImpl> TakeBrowser() { return browser_.Take(); }
-
   BrowserHold browser_;
   const int serial_;
-  std::atomic<bool> used_{false};
 
   IMPLEMENT_REFCOUNTING(JSDialogCallbackImpl);
 };
