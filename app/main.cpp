@@ -1,9 +1,11 @@
 #include "app/demo_window.h"
 #include "app/screenshot_taker.h"
+#include "app/tour_guide.h"
 #include "engine/global_service.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDir>
 #include <QUrl>
 
 #include <cstdio>
@@ -24,10 +26,16 @@ int main(int argc, char** argv)
     const QCommandLineOption screenshot(QStringLiteral("screenshot"),
                                         QStringLiteral("Save a picture of the window once the page is painted, then exit."),
                                         QStringLiteral("file"));
+    const QCommandLineOption tour(QStringLiteral("tour"),
+                                  QStringLiteral("Drive the demo page through its features, save a picture of each "
+                                                 "step into the folder, then exit."),
+                                  QStringLiteral("folder"));
     const QCommandLineOption timeout(QStringLiteral("timeout"),
-                                     QStringLiteral("Milliseconds to wait for the screenshot (default 30000)."),
+                                     QStringLiteral("Milliseconds to wait for the screenshot, or for each step of the "
+                                                    "tour (default 30000)."),
                                      QStringLiteral("ms"), QStringLiteral("30000"));
     parser.addOption(screenshot);
+    parser.addOption(tour);
     parser.addOption(timeout);
     parser.addPositionalArgument(QStringLiteral("url"), QStringLiteral("The page to open instead of the demo page."));
     parser.process(app);
@@ -43,11 +51,22 @@ int main(int argc, char** argv)
 
     DemoWindow window;
     if (parser.isSet(screenshot))
+    {
         new ScreenshotTaker(&window, parser.value(screenshot), parser.value(timeout).toInt());
+    }
+    else if (parser.isSet(tour))
+    {
+        if (!QDir().mkpath(parser.value(tour)))
+        {
+            std::fprintf(stderr, "brovia-demo: cannot make the folder %s\n", qPrintable(parser.value(tour)));
+            return 1;
+        }
+        new TourGuide(&window, parser.value(tour), parser.value(timeout).toInt());
+    }
     window.show();
 
     const QStringList urls = parser.positionalArguments();
-    if (urls.isEmpty())
+    if (urls.isEmpty() || parser.isSet(tour))
     {
         window.openDemoPage();
     }

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "engine/qcef_global_settings.h"
+#include "host/export/brovia_export.h"
 
 struct txArray_tag;
 
 // The host's entry to the engine: initialize once, then startup once, then create views.
 // Qt main thread only.
-class QCefGlobalService
+class BROVIA_EXPORT QCefGlobalService
 {
 public:
     QCefGlobalService() = delete;
@@ -21,4 +22,4 @@ public:
 
 // Gateway for the host's scripting language: outputs[0] receives a 1x1 double array holding the
 // remote debugging port, or -1 when there is none. The counts and inputs are not looked at.
-void getRemoteDebugPort(int outputCount, txArray_tag** outputs, int inputCount, const txArray_tag** inputs);
+BROVIA_EXPORT void getRemoteDebugPort(int outputCount, txArray_tag** outputs, int inputCount, const txArray_tag** inputs);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "client/process_messages/cef_client_result_message.h"
+#include "host/view_support/process_messages/cef_client_result_message.h"
 
 #include "include/cef_browser.h"
 

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "host/export/brovia_export.h"
+
 class IQCefViewImpl;
 class QWidget;
 struct QCefViewSettings;
 
 // The host's factory of views. Makes the widget and nothing else: the browser comes with the
 // first load. Qt main thread.
-class QCefViewImplService
+class BROVIA_EXPORT QCefViewImplService
 {
 public:
     QCefViewImplService() = delete;

@@ -1,149 +1,109 @@
 #include "libcef/utf_conversion.h"
 
+#include <algorithm>
+#include <climits>
+
+#include <QString>
+#include <QStringView>
+#include <QTextCodec>
+#include <QVector>
+
 namespace cefengine {
 namespace {
 
-constexpr char32_t kReplacement = 0xFFFD;
-
-bool IsValidCodePoint(char32_t cp) {
-  return cp < 0xD800 || (cp >= 0xE000 && cp <= 0x10FFFF);
+// Qt holds at most INT_MAX units in a QString; a longer input is refused.
+bool Fits(size_t len) {
+  return len <= size_t(INT_MAX);
 }
 
-// Reads one code point from UTF-8 at |*pos|, advancing |*pos|. A malformed
-// sequence yields U+FFFD and consumes the bytes read up to the fault (at
-// least one).
-char32_t NextUtf8(const unsigned char* s, size_t len, size_t* pos, bool* ok) {
-  unsigned char lead = s[(*pos)++];
-  if (lead < 0x80) {
-    return lead;
+// Malformed sequences, a truncated one at the end included, become U+FFFD;
+// a byte order mark stays text.
+QString FromUtf8(const char* src, size_t len, bool* ok) {
+  static QTextCodec* const utf8 = QTextCodec::codecForMib(106);
+  QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+  QString text = utf8->toUnicode(src, int(len), &state);
+  *ok = state.invalidChars == 0 && state.remainingChars == 0;
+  if (state.remainingChars > 0)
+    text.append(QChar::ReplacementCharacter);
+  return text;
+}
+
+// Lone surrogates become U+FFFD.
+QString FromUtf16(const char16_t* src, size_t len, bool* ok) {
+  QString text(reinterpret_cast<const QChar*>(src), int(len));
+  *ok = QStringView(text).isValidUtf16();
+  if (!*ok) {
+    const QVector<uint> points = text.toUcs4();
+    text = QString::fromUcs4(points.constData(), points.size());
   }
-  int trail;
-  char32_t cp;
-  char32_t min;
-  if (lead >= 0xC2 && lead <= 0xDF) {
-    trail = 1;
-    cp = lead & 0x1F;
-    min = 0x80;
-  } else if (lead >= 0xE0 && lead <= 0xEF) {
-    trail = 2;
-    cp = lead & 0x0F;
-    min = 0x800;
-  } else if (lead >= 0xF0 && lead <= 0xF4) {
-    trail = 3;
-    cp = lead & 0x07;
-    min = 0x10000;
-  } else {
-    *ok = false;
-    return kReplacement;
-  }
-  for (int i = 0; i < trail; ++i) {
-    if (*pos >= len || (s[*pos] & 0xC0) != 0x80) {
+  return text;
+}
+
+// Qt takes any number as a code point: surrogates and values above U+10FFFF
+// are turned into U+FFFD here.
+QString FromWide(const wchar_t* src, size_t len, bool* ok) {
+  QVector<uint> points(static_cast<int>(len));
+  *ok = true;
+  std::transform(src, src + len, points.begin(), [ok](wchar_t unit) {
+    const uint point = uint(unit);
+    if (QChar::isSurrogate(point) || point > QChar::LastValidCodePoint) {
       *ok = false;
-      return kReplacement;
+      return uint(QChar::ReplacementCharacter);
     }
-    cp = (cp << 6) | (s[(*pos)++] & 0x3F);
-  }
-  if (cp < min || !IsValidCodePoint(cp)) {
-    *ok = false;
-    return kReplacement;
-  }
-  return cp;
+    return point;
+  });
+  return QString::fromUcs4(points.constData(), points.size());
 }
 
-char32_t NextUtf16(const char16_t* s, size_t len, size_t* pos, bool* ok) {
-  char32_t unit = s[(*pos)++];
-  if (unit < 0xD800 || unit > 0xDFFF) {
-    return unit;
-  }
-  if (unit <= 0xDBFF && *pos < len && s[*pos] >= 0xDC00 && s[*pos] <= 0xDFFF) {
-    char32_t low = s[(*pos)++];
-    return 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
-  }
-  *ok = false;
-  return kReplacement;
+void ToUtf8(const QString& text, std::string* out) {
+  const QByteArray bytes = text.toUtf8();
+  out->assign(bytes.constData(), size_t(bytes.size()));
 }
 
-char32_t NextWide(const wchar_t* s, size_t len, size_t* pos, bool* ok) {
-  char32_t cp = static_cast<char32_t>(s[(*pos)++]);
-  if (!IsValidCodePoint(cp)) {
-    *ok = false;
-    return kReplacement;
-  }
-  return cp;
+void ToUtf16(const QString& text, std::u16string* out) {
+  out->assign(reinterpret_cast<const char16_t*>(text.utf16()),
+              size_t(text.size()));
 }
 
-void AppendUtf8(char32_t cp, std::string* out) {
-  if (cp < 0x80) {
-    out->push_back(static_cast<char>(cp));
-  } else if (cp < 0x800) {
-    out->push_back(static_cast<char>(0xC0 | (cp >> 6)));
-    out->push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-  } else if (cp < 0x10000) {
-    out->push_back(static_cast<char>(0xE0 | (cp >> 12)));
-    out->push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-    out->push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-  } else {
-    out->push_back(static_cast<char>(0xF0 | (cp >> 18)));
-    out->push_back(static_cast<char>(0x80 | ((cp >> 12) & 0x3F)));
-    out->push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-    out->push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-  }
+void ToWide(const QString& text, std::wstring* out) {
+  const QVector<uint> points = text.toUcs4();
+  out->assign(points.begin(), points.end());
 }
 
-void AppendUtf16(char32_t cp, std::u16string* out) {
-  if (cp < 0x10000) {
-    out->push_back(static_cast<char16_t>(cp));
-  } else {
-    cp -= 0x10000;
-    out->push_back(static_cast<char16_t>(0xD800 + (cp >> 10)));
-    out->push_back(static_cast<char16_t>(0xDC00 + (cp & 0x3FF)));
-  }
-}
-
-void AppendWide(char32_t cp, std::wstring* out) {
-  out->push_back(static_cast<wchar_t>(cp));
-}
-
-template <typename In, typename Out, typename Next, typename Append>
-bool Convert(const In* src, size_t len, Out* out, Next next, Append append) {
+template <typename In, typename Out, typename From, typename To>
+bool Convert(const In* src, size_t len, Out* out, From from, To to) {
   out->clear();
-  out->reserve(len);
+  if (!Fits(len))
+    return false;
   bool ok = true;
-  size_t pos = 0;
-  while (pos < len) {
-    append(next(src, len, &pos, &ok), out);
-  }
+  to(from(src, len, &ok), out);
   return ok;
-}
-
-const unsigned char* Bytes(const char* s) {
-  return reinterpret_cast<const unsigned char*>(s);
 }
 
 }  // namespace
 
 bool Utf8ToUtf16(const char* src, size_t len, std::u16string* out) {
-  return Convert(Bytes(src), len, out, NextUtf8, AppendUtf16);
+  return Convert(src, len, out, FromUtf8, ToUtf16);
 }
 
 bool Utf16ToUtf8(const char16_t* src, size_t len, std::string* out) {
-  return Convert(src, len, out, NextUtf16, AppendUtf8);
+  return Convert(src, len, out, FromUtf16, ToUtf8);
 }
 
 bool WideToUtf8(const wchar_t* src, size_t len, std::string* out) {
-  return Convert(src, len, out, NextWide, AppendUtf8);
+  return Convert(src, len, out, FromWide, ToUtf8);
 }
 
 bool Utf8ToWide(const char* src, size_t len, std::wstring* out) {
-  return Convert(Bytes(src), len, out, NextUtf8, AppendWide);
+  return Convert(src, len, out, FromUtf8, ToWide);
 }
 
 bool WideToUtf16(const wchar_t* src, size_t len, std::u16string* out) {
-  return Convert(src, len, out, NextWide, AppendUtf16);
+  return Convert(src, len, out, FromWide, ToUtf16);
 }
 
 bool Utf16ToWide(const char16_t* src, size_t len, std::wstring* out) {
-  return Convert(src, len, out, NextUtf16, AppendWide);
+  return Convert(src, len, out, FromUtf16, ToWide);
 }
 
 }  // namespace cefengine

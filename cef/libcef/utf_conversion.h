@@ -1,6 +1,7 @@
-// Conversions between UTF-8, UTF-16 and UTF-32 (wchar_t on Linux). Invalid
-// input (bad bytes, lone surrogates, values above U+10FFFF) becomes U+FFFD and
-// makes the conversion return false; the output is complete either way.
+// Conversions between UTF-8, UTF-16 and UTF-32 (wchar_t on Linux), done by
+// Qt. Invalid input (bad bytes, lone surrogates, values above U+10FFFF)
+// becomes U+FFFD and makes the conversion return false; the output is complete
+// either way. An input longer than Qt's strings hold gives false and nothing.
 
 #ifndef CEF_LIBCEF_UTF_CONVERSION_H_
 #define CEF_LIBCEF_UTF_CONVERSION_H_

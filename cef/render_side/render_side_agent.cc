@@ -7,13 +7,13 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "client/process_messages/cef_client_message.h"
-#include "client/process_messages/cef_client_result_message.h"
-#include "client/process_messages/focused_node_changed_message.h"
-#include "client/process_messages/repaint_sync_message.h"
-#include "client/process_messages/repaint_sync_result_message.h"
-#include "client/process_messages/run_java_script_message.h"
-#include "client/process_messages/run_java_script_result_message.h"
+#include "host/view_support/process_messages/cef_client_message.h"
+#include "host/view_support/process_messages/cef_client_result_message.h"
+#include "host/view_support/process_messages/focused_node_changed_message.h"
+#include "host/view_support/process_messages/repaint_sync_message.h"
+#include "host/view_support/process_messages/repaint_sync_result_message.h"
+#include "host/view_support/process_messages/run_java_script_message.h"
+#include "host/view_support/process_messages/run_java_script_result_message.h"
 #include "include/base/cef_logging.h"
 #include "libcef/browser/browser_impl.h"
 

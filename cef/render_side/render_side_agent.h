@@ -1,6 +1,6 @@
-// The render process's half of the library's process messages, played by the
-// engine: scripts evaluated in the page, focus changes reported. It speaks the
-// library's message classes, which both sides share.
+// The render process's half of the process messages, played by the engine:
+// scripts evaluated in the page, focus changes reported. It speaks the message
+// classes of the host's view-support library, which both sides share.
 
 #ifndef CEF_RENDER_SIDE_RENDER_SIDE_AGENT_H_
 #define CEF_RENDER_SIDE_RENDER_SIDE_AGENT_H_

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/export/brovia_export.h"
+
 #include <string>
 #include <vector>
 
@@ -13,10 +15,10 @@ namespace cef_common
 {
 // Whether `url` (UTF-8) passes the list. A URL that does not parse, or has no scheme, is refused.
 // With `logRefusal`, a refusal is logged at warning severity under "brovia::host".
-bool isURLAllowed(const std::string& url, bool logRefusal);
+BROVIA_EXPORT bool isURLAllowed(const std::string& url, bool logRefusal);
 
 // Adds patterns to the list. A pattern that is not a valid regular expression is logged at
 // warning severity and skipped; an empty one (it would allow everything) and one already on
 // the list are skipped quietly.
-void addHostsToAllowList(std::vector<std::string> hosts);
+BROVIA_EXPORT void addHostsToAllowList(std::vector<std::string> hosts);
 } // namespace cef_common

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/export/brovia_export.h"
 #include "host/view_interface/qcef_data_types.h"
 #include "host/view_interface/qcef_view_settings.h"
 
@@ -17,7 +18,7 @@
 
 // The web view as the host programs against it. The implementation is a widget of the library;
 // every operation is for the Qt main thread, the thread that owns the widget.
-class IQCefViewImpl : public QWidget
+class BROVIA_EXPORT IQCefViewImpl : public QWidget
 {
     Q_OBJECT
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/export/brovia_export.h"
+
 #include <QMetaType>
 #include <QObject>
 
@@ -8,7 +10,7 @@
 // the library is loaded.
 namespace QCefDataTypes
 {
-Q_NAMESPACE
+Q_NAMESPACE_EXPORT(BROVIA_EXPORT)
 
 // Why a render process ended; equal in value to the engine's cef_termination_status_t.
 enum TerminationReason

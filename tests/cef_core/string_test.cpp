@@ -39,6 +39,22 @@ TEST(CefStringTest, InvalidInputBecomesReplacementCharacter) {
   EXPECT_FALSE(bad.FromString(std::string("x\xE2\x82")));
   EXPECT_EQ(bad.ToString16(), u"x\uFFFD");
 
+  // An encoded surrogate and an overlong form are not UTF-8; a byte order mark is text.
+  EXPECT_FALSE(bad.FromString(std::string("\xED\xA0\x80") + "\xC0\xAF"));
+  EXPECT_EQ(bad.ToString16(), std::u16string(bad.length(), u'\uFFFD'));
+  EXPECT_GE(bad.length(), 2u);
+  EXPECT_TRUE(bad.FromString(std::string("\xEF\xBB\xBFz")));
+  EXPECT_EQ(bad.ToString16(), u"\uFEFFz");
+
+  // UTF-32 surrogates and values past U+10FFFF, a lone low surrogate at the end of UTF-16.
+  EXPECT_FALSE(bad.FromWString(std::wstring{L'a', wchar_t(0xD800), wchar_t(0x110000)}));
+  EXPECT_EQ(bad.ToString16(), u"a\uFFFD\uFFFD");
+  std::u16string lowLast = u"c";
+  lowLast.push_back(static_cast<char16_t>(0xDC00));
+  CefStringWide wide;
+  EXPECT_FALSE(wide.FromString16(lowLast));
+  EXPECT_EQ(wide.ToWString(), L"c\uFFFD");
+
   EXPECT_FALSE(bad.FromASCII("caf\xC3\xA9"));
   EXPECT_TRUE(bad.FromASCII("plain"));
   EXPECT_EQ(bad, CefString("plain"));

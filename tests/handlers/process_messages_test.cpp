@@ -1,9 +1,9 @@
 #include "fakes.h"
 
-#include "client/process_messages/cef_client_message.h"
-#include "client/process_messages/focused_node_changed_message.h"
-#include "client/process_messages/run_java_script_message.h"
-#include "client/process_messages/run_java_script_result_message.h"
+#include "host/view_support/process_messages/cef_client_message.h"
+#include "host/view_support/process_messages/focused_node_changed_message.h"
+#include "host/view_support/process_messages/run_java_script_message.h"
+#include "host/view_support/process_messages/run_java_script_result_message.h"
 
 #include <gtest/gtest.h>
 

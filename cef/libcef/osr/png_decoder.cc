@@ -1,51 +1,16 @@
 #include "libcef/osr/png_decoder.h"
 
-#include <dlfcn.h>
-
 #include <cstdlib>
 #include <cstring>
-#include <mutex>
 
 #include <QBuffer>
 #include <QImageReader>
 
+#include <libdeflate.h>
+
 namespace cefengine {
 
 namespace {
-
-// libdeflate's stable C interface (libdeflate.h), looked up at run time: the
-// system has the library (libtiff needs it) but not its header.
-struct Libdeflate {
-  using Alloc = void* (*)();
-  using Free = void (*)(void*);
-  // Returns 0 on success.
-  using ZlibDecompress =
-      int (*)(void*, const void*, size_t, void*, size_t, size_t*);
-  Alloc alloc = nullptr;
-  Free free = nullptr;
-  ZlibDecompress zlib_decompress = nullptr;
-};
-
-const Libdeflate& GetLibdeflate() {
-  static Libdeflate lib;
-  static std::once_flag once;
-  std::call_once(once, [] {
-    // Never closed: the pointers stay valid for the life of the process.
-    void* handle = dlopen("libdeflate.so.0", RTLD_NOW | RTLD_LOCAL);
-    if (!handle)
-      return;
-    Libdeflate found;
-    found.alloc = reinterpret_cast<Libdeflate::Alloc>(
-        dlsym(handle, "libdeflate_alloc_decompressor"));
-    found.free = reinterpret_cast<Libdeflate::Free>(
-        dlsym(handle, "libdeflate_free_decompressor"));
-    found.zlib_decompress = reinterpret_cast<Libdeflate::ZlibDecompress>(
-        dlsym(handle, "libdeflate_zlib_decompress"));
-    if (found.alloc && found.free && found.zlib_decompress)
-      lib = found;
-  });
-  return lib;
-}
 
 uint32_t ReadBigEndian(const uint8_t* p) {
   return (uint32_t(p[0]) << 24) | (uint32_t(p[1]) << 16) |
@@ -98,19 +63,12 @@ bool Unfilter(uint8_t filter,
 
 }  // namespace
 
-PngDecoder::PngDecoder() {
-  const Libdeflate& lib = GetLibdeflate();
-  if (lib.alloc)
-    decompressor_ = lib.alloc();
-}
+// Without memory for a decompressor (null), every frame goes through Qt.
+PngDecoder::PngDecoder()
+    : decompressor_(libdeflate_alloc_decompressor()) {}
 
 PngDecoder::~PngDecoder() {
-  if (decompressor_)
-    GetLibdeflate().free(decompressor_);
-}
-
-bool PngDecoder::HasFastInflate() {
-  return GetLibdeflate().alloc != nullptr;
+  libdeflate_free_decompressor(decompressor_);
 }
 
 QImage PngDecoder::Decode(const QByteArray& png) {
@@ -215,8 +173,8 @@ PngDecoder::Outcome PngDecoder::DecodeFast(const QByteArray& png,
   const size_t rawSize = size_t(height) * (lineBytes + 1);
   raw_.resize(rawSize);
   size_t inflated = 0;
-  if (GetLibdeflate().zlib_decompress(decompressor_, idat, idatSize,
-                                      raw_.data(), rawSize, &inflated) != 0 ||
+  if (libdeflate_zlib_decompress(decompressor_, idat, idatSize, raw_.data(),
+                                 rawSize, &inflated) != LIBDEFLATE_SUCCESS ||
       inflated != rawSize) {
     return Outcome::kBroken;
   }

@@ -1,7 +1,6 @@
 // PNG to BGRA for screencast frames. Chromium's frames (8-bit RGB or RGBA,
-// not interlaced) are inflated with the system's libdeflate when it has one,
-// about twenty times faster than zlib, and unfiltered straight into the
-// image; any other PNG, or a system without libdeflate, goes through Qt.
+// not interlaced) are inflated with libdeflate, about twenty times faster than
+// zlib, and unfiltered straight into the image; any other PNG goes through Qt.
 
 #ifndef CEF_LIBCEF_OSR_PNG_DECODER_H_
 #define CEF_LIBCEF_OSR_PNG_DECODER_H_
@@ -11,6 +10,8 @@
 
 #include <QByteArray>
 #include <QImage>
+
+struct libdeflate_decompressor;
 
 namespace cefengine {
 
@@ -26,9 +27,6 @@ class PngDecoder {
   // if |png| is not a readable PNG.
   QImage Decode(const QByteArray& png);
 
-  // Whether libdeflate was found, so that the fast road is open.
-  static bool HasFastInflate();
-
   // Qt's reader alone, converted to the same format.
   static QImage DecodeWithQt(const QByteArray& png);
 
@@ -36,7 +34,7 @@ class PngDecoder {
   enum class Outcome { kDone, kNotForUs, kBroken };
   Outcome DecodeFast(const QByteArray& png, QImage* image);
 
-  void* decompressor_ = nullptr;  // libdeflate's; null without it
+  libdeflate_decompressor* decompressor_;
   std::vector<uint8_t> idat_;     // the IDAT chunks joined, when split
   std::vector<uint8_t> raw_;      // inflated filtered scanlines
 };

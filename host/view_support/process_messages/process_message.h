@@ -12,7 +12,7 @@
 #include <string>
 
 // The messages between the browser and the render side. Header-only: the render side, which
-// lives in the engine's process with its own build, shares them as they are.
+// lives in the engine with its own build, shares them as they are.
 namespace brovia
 {
 // One message kind: named fields, filled from a received CefProcessMessage or sent as one.
@@ -45,6 +45,30 @@ protected:
             return false;
         value = parsed;
         return true;
+    }
+    // A numbered value: the number as argument 0, the value (null for none) as argument 1.
+    static CefRefPtr<CefProcessMessage> numberedValue(const char* name, int64_t number, CefRefPtr<CefValue> value)
+    {
+        CefRefPtr<CefProcessMessage> message = CefProcessMessage::Create(name);
+        CefRefPtr<CefListValue> args = message->GetArgumentList();
+        setInt64(args, 0, number);
+        if (value)
+            args->SetValue(1, value);
+        else
+            args->SetNull(1);
+        return message;
+    }
+    // False for another name or a missing number; value is read when present.
+    static bool readNumberedValue(CefRefPtr<CefProcessMessage> message, const char* name, int64_t& number,
+                                  CefRefPtr<CefValue>& value)
+    {
+        if (!message || message->GetName().ToString() != name)
+            return false;
+        CefRefPtr<CefListValue> args = message->GetArgumentList();
+        const bool numbered = getInt64(args, 0, number);
+        if (args->GetSize() > 1)
+            value = args->GetValue(1);
+        return numbered;
     }
     // Sends message through frame towards process; false without a usable frame.
     static bool post(CefRefPtr<CefFrame> frame, cef_process_id_t process, CefRefPtr<CefProcessMessage> message)

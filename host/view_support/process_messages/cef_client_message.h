@@ -1,7 +1,7 @@
 #pragma once
 
-#include "client/process_messages/cef_client_result_message.h"
-#include "client/process_messages/process_message.h"
+#include "host/view_support/process_messages/cef_client_result_message.h"
+#include "host/view_support/process_messages/process_message.h"
 
 namespace brovia
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "client/process_messages/process_message.h"
+#include "host/view_support/process_messages/process_message.h"
 
 namespace brovia
 {
