@@ -77,19 +77,28 @@ const char kCallApi[] = R"JS((() => {
 }  // namespace
 
 void RenderSideAgent::OnAttached(BrowserImpl* browser) {
-  browser->SendPageCommand(QStringLiteral("Runtime.addBinding"),
-                           {{"name", kFocusBinding},
-                            {"executionContextName", kWorld}});
-  browser->SendPageCommand(
-      QStringLiteral("Page.addScriptToEvaluateOnNewDocument"),
+  Install(browser, QString());
+}
+
+void RenderSideAgent::OnFrameSessionAttached(BrowserImpl* browser,
+                                             const QString& session_id) {
+  Install(browser, session_id);
+}
+
+void RenderSideAgent::Install(BrowserImpl* browser, const QString& session_id) {
+  browser->SendSessionCommand(session_id, QStringLiteral("Runtime.addBinding"),
+                              {{"name", kFocusBinding},
+                               {"executionContextName", kWorld}});
+  browser->SendSessionCommand(
+      session_id, QStringLiteral("Page.addScriptToEvaluateOnNewDocument"),
       {{"source", QString::fromLatin1(kFocusWatcher)
                       .arg(QLatin1String(kFocusBinding))},
        {"worldName", kWorld},
        {"runImmediately", true}});
-  browser->SendPageCommand(QStringLiteral("Runtime.addBinding"),
-                           {{"name", kCallBinding}});
-  browser->SendPageCommand(
-      QStringLiteral("Page.addScriptToEvaluateOnNewDocument"),
+  browser->SendSessionCommand(session_id, QStringLiteral("Runtime.addBinding"),
+                              {{"name", kCallBinding}});
+  browser->SendSessionCommand(
+      session_id, QStringLiteral("Page.addScriptToEvaluateOnNewDocument"),
       {{"source",
         QString::fromLatin1(kCallApi).arg(QLatin1String(kCallBinding))},
        {"runImmediately", true}});
@@ -219,6 +228,7 @@ void RenderSideAgent::ForwardCall(BrowserImpl* browser,
   // The engine's own number: the page's counts restart with each document.
   message->callId = next_call_++;
   pending_calls_[message->callId] = PendingCall{
+      browser->event_session(),
       params.value(QLatin1String("executionContextId")).toInt(), page_id};
   message->send(browser, browser->GetMainFrame());
 }
@@ -244,9 +254,10 @@ void RenderSideAgent::AnswerCall(BrowserImpl* browser,
           .arg(QString::fromUtf8(
               QJsonDocument(value).toJson(QJsonDocument::Compact)));
   // A context that went with its document fails the command, harmlessly.
-  browser->SendPageCommand(QStringLiteral("Runtime.evaluate"),
-                           {{"expression", expression},
-                            {"contextId", call.context}});
+  browser->SendSessionCommand(call.session_id,
+                              QStringLiteral("Runtime.evaluate"),
+                              {{"expression", expression},
+                               {"contextId", call.context}});
 }
 
 QJsonValue RenderSideAgent::ToJson(CefRefPtr<CefValue> value) {

@@ -19,6 +19,8 @@ namespace cefengine {
 class RenderSideAgent : public RenderSide {
  public:
   void OnAttached(BrowserImpl* browser) override;
+  void OnFrameSessionAttached(BrowserImpl* browser,
+                              const QString& session_id) override;
   bool OnPageEvent(BrowserImpl* browser,
                    const QString& method,
                    const QJsonObject& params) override;
@@ -33,6 +35,8 @@ class RenderSideAgent : public RenderSide {
   static QJsonValue ToJson(CefRefPtr<CefValue> value);
 
  private:
+  // The bindings and scripts of the page's session, or a frame's.
+  static void Install(BrowserImpl* browser, const QString& session_id);
   void RunJavaScript(BrowserImpl* browser,
                      CefRefPtr<CefFrame> frame,
                      CefRefPtr<CefProcessMessage> message);
@@ -45,8 +49,10 @@ class RenderSideAgent : public RenderSide {
   void AnswerCall(BrowserImpl* browser, CefRefPtr<CefProcessMessage> message);
 
   // Each unanswered call by the engine's number: the page context it came
-  // from and the page's own number for it.
+  // from (in the frame session it names, empty for the page's own) and the
+  // page's own number for it.
   struct PendingCall {
+    QString session_id;
     int context = 0;
     int64_t page_id = 0;
   };

@@ -172,6 +172,35 @@ TEST_F(DevToolsSessionTest, KilledChromiumFailsEverythingPendingOnce) {
   EXPECT_EQ(disconnects_.size(), 1u);
 }
 
+TEST_F(DevToolsSessionTest, CommandsEndByTheirDeadlineAndLateRepliesAreDropped) {
+  const QString page = attachPage();
+  // A renderer stuck in a loop answers nothing until it is stopped.
+  session_->sendCommand("Runtime.evaluate", {{"expression", "while (true) {}"}}, page, {});
+  std::vector<std::pair<int, QJsonObject>> replies;  // order of arrival
+  for (int i = 0; i < 3; ++i) {
+    session_->sendCommand(
+        "Runtime.evaluate", {{"expression", QString::number(i)}, {"returnByValue", true}}, page,
+        [&, i](const QJsonObject& result, const QJsonObject& error) {
+          replies.emplace_back(i, error.isEmpty() ? result : error);
+        },
+        std::chrono::milliseconds(300 * (3 - i)));
+  }
+  // The browser target is not the page: it still answers at once.
+  bool browserAnswered = false;
+  session_->sendCommand("Browser.getVersion", {}, QString(),
+                        [&](const QJsonObject&, const QJsonObject& error) { browserAnswered = error.isEmpty(); });
+  ASSERT_TRUE(queue_.runUntil([&] { return replies.size() == 3 && browserAnswered; }, 5s));
+  for (int k = 0; k < 3; ++k) {
+    EXPECT_EQ(replies[k].first, 2 - k) << "the shortest deadline ends first";
+    EXPECT_EQ(replies[k].second["code"].toInt(), DevToolsSession::kTimeoutCode);
+  }
+  // Unstuck, the page answers the expired commands too late: nobody hears of it.
+  session_->sendCommandSync("Runtime.terminateExecution", {}, page, 5s);
+  EXPECT_EQ(evaluate(page, "7"), 7);
+  queue_.runUntil([] { return false; }, 200ms);
+  EXPECT_EQ(replies.size(), 3u);
+}
+
 TEST_F(DevToolsSessionTest, NothingIsDeliveredAfterTheSessionIsGone) {
   bool called = false;
   session_->subscribeAll([&](const QString&, const QJsonObject&, const QString&) { called = true; });

@@ -2,6 +2,7 @@
 
 #include <signal.h>
 
+#include <algorithm>
 #include <thread>
 
 #include "browser_test_support.h"
@@ -161,26 +162,57 @@ TEST(BrowserLifecycle, CloseCrashAndChromiumDeath) {
               TestClient::Find(events, "before-close 2", before));
     EXPECT_FALSE(other->IsValid());
     other = nullptr;
+    StopEngine(client);
+  });
+}
 
-    // Chromium killed: every browser hears of it and closes; the host goes on
-    // and the next browser gets a new Chromium.
+TEST(BrowserLifecycle, BrowsersOutliveChromiumAndComeBackInANewOne) {
+  if (!ChromiumAvailable()) GTEST_SKIP() << "no Chromium installed";
+  RunInFreshProcess([] {
+    ASSERT_TRUE(StartEngine());
+    CefRefPtr<TestClient> client = new TestClient;
+    CefRefPtr<CefBrowser> browser = OpenBrowser(client, "data:text/html,one");
+    ASSERT_TRUE(browser);
+    ASSERT_TRUE(client->WaitFor("load-end 0 data:text/html,one"));
+    CefRefPtr<CefBrowser> other = OpenBrowser(client, "data:text/html,two");
+    ASSERT_TRUE(other);
+    ASSERT_TRUE(client->WaitFor("load-end 0 data:text/html,two"));
+    const CefString old_frame = browser->GetMainFrame()->GetIdentifier();
+
+    // Chromium killed: each browser hears its page was killed, and stays.
     const pid_t pid = Impl(browser)->devtools()->pid();
-    before = client->count();
+    size_t before = client->count();
     ASSERT_EQ(kill(pid, SIGKILL), 0);
-    ASSERT_TRUE(client->WaitFor("before-close 1", before));
-    events = client->events();
-    const int terminated = TestClient::Find(events, "terminated", before);
-    ASSERT_GE(terminated, 0);
-    EXPECT_EQ(events[terminated], "terminated " + std::to_string(TS_PROCESS_WAS_KILLED) + " 9");
-    EXPECT_LT(terminated, TestClient::Find(events, "before-close 1", before));
-    EXPECT_FALSE(browser->IsValid());
-    browser = nullptr;
+    ASSERT_TRUE(client->WaitUntil([&](const Events& events) {
+      return std::count(events.begin() + before, events.end(),
+                        "terminated " + std::to_string(TS_PROCESS_WAS_KILLED) + " 9") == 2;
+    }));
+    EXPECT_EQ(TestClient::Find(client->events(), "before-close", before), -1);
+    EXPECT_TRUE(browser->IsValid());
+    EXPECT_TRUE(other->IsValid());
+    EXPECT_EQ(client->open_browsers(), 2u);
+    // Without a page, commands are no-ops rather than waits.
+    browser->GetMainFrame()->ExecuteJavaScript("console.log('lost')", "", 0);
+    browser->GetHost()->SetFocus(true);
 
-    CefRefPtr<CefBrowser> revived = OpenBrowser(client, "data:text/html,three");
-    ASSERT_TRUE(revived);
-    EXPECT_TRUE(client->WaitFor("load-end 0 data:text/html,three"));
-    EXPECT_NE(Impl(revived)->devtools()->pid(), pid);
-    revived = nullptr;
+    // LoadURL brings one back in a new Chromium, with a new main frame.
+    before = client->count();
+    browser->GetMainFrame()->LoadURL("data:text/html,three");
+    ASSERT_TRUE(client->WaitFor("load-end 0 data:text/html,three", before));
+    ASSERT_TRUE(Impl(browser)->devtools());
+    EXPECT_NE(Impl(browser)->devtools()->pid(), pid);
+    EXPECT_NE(browser->GetMainFrame()->GetIdentifier(), old_frame);
+    // Reload brings the other back at its address, in the same new Chromium.
+    other->Reload();
+    ASSERT_TRUE(client->WaitFor("load-end 0 data:text/html,two", before));
+    EXPECT_EQ(Impl(other)->devtools()->pid(), Impl(browser)->devtools()->pid());
+    // Both answer scripts again, and the lost one never ran.
+    browser->GetMainFrame()->ExecuteJavaScript("console.log('back')", "", 0);
+    EXPECT_TRUE(client->WaitFor("console 2 back", before));
+    EXPECT_EQ(TestClient::Find(client->events(), "console 2 lost"), -1);
+    EXPECT_FALSE(browser->GetHost()->IsRenderProcessUnresponsive());
+    browser = nullptr;
+    other = nullptr;
     StopEngine(client);
   });
 }

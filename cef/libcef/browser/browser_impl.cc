@@ -13,6 +13,8 @@
 #include "libcef/browser/file_dialogs.h"
 #include "libcef/browser/find_in_page.h"
 #include "libcef/browser/frame_impl.h"
+#include "libcef/browser/frame_sessions.h"
+#include "libcef/browser/hang_monitor.h"
 #include "libcef/browser/input_translator.h"
 #include "libcef/browser/navigation_entry_impl.h"
 #include "libcef/browser/page_events.h"
@@ -34,10 +36,23 @@ constexpr char kEngineWorld[] = "__brovia";
 // and how often it is asked meanwhile.
 constexpr int kUnloadTimeoutMs = 3000;
 constexpr int kUnloadRetryMs = 300;
+// Page commands under way at most: past it a page that does not answer
+// gets no more, instead of a queue without end.
+constexpr int kMaxCommandsInFlight = 4096;
 
 QJsonObject NotAttachedError() {
   return QJsonObject{{"code", DevToolsSession::kDisconnectedCode},
                      {"message", "The browser is closed"}};
+}
+
+QJsonObject NoPageError() {
+  return QJsonObject{{"code", DevToolsSession::kDisconnectedCode},
+                     {"message", "The page's Chromium is gone"}};
+}
+
+QJsonObject OverloadedError() {
+  return QJsonObject{{"code", DevToolsSession::kTimeoutCode},
+                     {"message", "The page does not take more commands"}};
 }
 
 // Chrome's zoom steps, as factors.
@@ -79,6 +94,8 @@ BrowserImpl::BrowserImpl(int id, CreateParams params)
       printing_(std::make_unique<Printing>(this)),
       find_in_page_(std::make_unique<FindInPage>(this)),
       context_menus_(std::make_unique<ContextMenus>(this)),
+      hang_monitor_(std::make_unique<HangMonitor>(this)),
+      frame_sessions_(std::make_unique<FrameSessions>(this)),
       client_(params.client) {
   if (params.settings.windowless_frame_rate > 0) {
     frame_rate_ = std::clamp(params.settings.windowless_frame_rate, 1, 60);
@@ -91,14 +108,15 @@ CefRefPtr<BrowserImpl> BrowserImpl::Create(CreateParams params, bool sync) {
   CefRefPtr<BrowserImpl> browser =
       new BrowserImpl(BrowserRegistry::Get().NextBrowserId(), std::move(params));
   BrowserRegistry::Get().AddBrowser(browser);
-  if (!browser->Start(sync)) {
+  const std::string url = browser->initial_url_;
+  if (!browser->Start(sync, url)) {
     BrowserRegistry::Get().RemoveBrowser(browser->id_);
     return nullptr;
   }
   return browser;
 }
 
-bool BrowserImpl::Start(bool sync) {
+bool BrowserImpl::Start(bool sync, const std::string& url) {
   UpdateViewFromClient();
   if (!chromium_->EnsureStarted(device_scale_factor())) {
     LOG(ERROR) << "CefBrowserHost::CreateBrowser: no Chromium to show "
@@ -109,8 +127,8 @@ bool BrowserImpl::Start(bool sync) {
     std::lock_guard<std::mutex> lock(mutex_);
     chromium_scale_factor_ = chromium_->scale_factor();
   }
-  if (!initial_url_.empty()) {
-    Navigate(QString(), initial_url_);
+  if (!url.empty()) {
+    Navigate(QString(), url);
   }
   std::shared_ptr<DevToolsSession> session = chromium_->session();
   const CefSize size = view_size();
@@ -141,7 +159,12 @@ bool BrowserImpl::Start(bool sync) {
                      << error.value(QLatin1String("message"))
                             .toString()
                             .toStdString();
-          self->Destroy(false);
+          // A browser the client already has waits for the next try.
+          if (self->after_created_) {
+            self->Detach();
+          } else {
+            self->Destroy(false);
+          }
           return;
         }
         self->OnTargetCreated(
@@ -222,13 +245,10 @@ void BrowserImpl::Attach(const QString& session_id) {
   send("Log.enable", {});
   send("Emulation.setDeviceMetricsOverride", MetricsOverride());
   send("Emulation.setVisibleSize", VisibleSize());
-  QJsonObject agent{{"userAgent", chromium_->user_agent()}};
-  const std::string languages = request_context_->accept_language_list();
-  if (!languages.empty()) {
-    agent.insert(QStringLiteral("acceptLanguage"),
-                 QString::fromStdString(languages));
-  }
-  send("Emulation.setUserAgentOverride", agent);
+  send("Emulation.setUserAgentOverride", UserAgentOverride());
+  // Cross-site frames run in renderers of their own, reached through
+  // sessions that this opens; held until they are set up like the page.
+  send("Target.setAutoAttach", FrameSessions::AutoAttachParams());
   // Titles set by the page or its scripts come from a watcher in a world of
   // the engine's own, out of the page's reach.
   send("Runtime.addBinding", {{"name", PageEvents::kTitleBinding},
@@ -267,6 +287,16 @@ void BrowserImpl::Attach(const QString& session_id) {
   send("Runtime.runIfWaitingForDebugger", {});
 }
 
+QJsonObject BrowserImpl::UserAgentOverride() const {
+  QJsonObject agent{{"userAgent", chromium_->user_agent()}};
+  const std::string languages = request_context_->accept_language_list();
+  if (!languages.empty()) {
+    agent.insert(QStringLiteral("acceptLanguage"),
+                 QString::fromStdString(languages));
+  }
+  return agent;
+}
+
 void BrowserImpl::FinishAttach() {
   if (!IsValid()) {
     return;
@@ -276,8 +306,11 @@ void BrowserImpl::FinishAttach() {
     attached_ = true;
     // Under the lock, so that commands sent meanwhile queue behind these.
     for (QueuedCommand& command : queued_) {
-      devtools_->sendCommand(command.method, command.params, session_id_,
-                             std::move(command.callback));
+      devtools_->sendCommand(command.method, command.params,
+                             command.session_id.isEmpty() ? session_id_
+                                                          : command.session_id,
+                             std::move(command.callback),
+                             HangMonitor::CommandDeadline());
     }
     queued_.clear();
   }
@@ -346,25 +379,84 @@ int BrowserImpl::windowless_frame_rate() const {
 void BrowserImpl::SendPageCommand(const QString& method,
                                   const QJsonObject& params,
                                   CommandCallback callback) {
+  SendSessionCommand(QString(), method, params, std::move(callback));
+}
+
+void BrowserImpl::SendSessionCommand(const QString& session_id,
+                                     const QString& method,
+                                     const QJsonObject& params,
+                                     CommandCallback callback) {
   CefRefPtr<BrowserImpl> self(this);
-  CommandCallback keep_alive = [self, callback = std::move(callback)](
-                                   const QJsonObject& result,
-                                   const QJsonObject& error) {
+  auto fail = [self, callback](const QJsonObject& error) {
+    PostUiTask([self, callback, error] {
+      if (callback) {
+        callback({}, error);
+      }
+    });
+  };
+  std::unique_lock<std::mutex> lock(mutex_);
+  if (destroyed_ || gone_) {
+    const QJsonObject error = destroyed_ ? NotAttachedError() : NoPageError();
+    lock.unlock();
+    fail(error);
+    return;
+  }
+  if (commands_in_flight_ >= kMaxCommandsInFlight) {
+    const bool warn = !warned_command_limit_;
+    warned_command_limit_ = true;
+    lock.unlock();
+    if (warn) {
+      LOG(WARNING) << "The page has " << kMaxCommandsInFlight
+                   << " commands unanswered: further ones are dropped";
+    }
+    fail(OverloadedError());
+    return;
+  }
+  ++commands_in_flight_;
+  CommandCallback counted = [self, callback = std::move(callback)](
+                                const QJsonObject& result,
+                                const QJsonObject& error) {
+    self->OnPageCommandDone(error);
     if (callback) {
       callback(result, error);
     }
   };
-  std::unique_lock<std::mutex> lock(mutex_);
-  if (destroyed_) {
-    lock.unlock();
-    PostUiTask([keep_alive] { keep_alive({}, NotAttachedError()); });
-    return;
-  }
   if (!attached_) {
-    queued_.push_back({method, params, std::move(keep_alive)});
+    queued_.push_back({session_id, method, params, std::move(counted)});
     return;
   }
-  devtools_->sendCommand(method, params, session_id_, std::move(keep_alive));
+  QString target = session_id.isEmpty() ? session_id_ : session_id;
+  // Answers to a frame session's pause or dialog go back to it.
+  if (method.startsWith(QLatin1String("Fetch."))) {
+    auto paused =
+        fetch_sessions_.find(params.value(QLatin1String("requestId")).toString());
+    if (paused != fetch_sessions_.end()) {
+      target = paused->second;
+      if (method != QLatin1String("Fetch.getResponseBody")) {
+        fetch_sessions_.erase(paused);
+      }
+    }
+  } else if (method == QLatin1String("Page.handleJavaScriptDialog") &&
+             !dialog_session_.isEmpty()) {
+    target = dialog_session_;
+  }
+  devtools_->sendCommand(method, params, target, std::move(counted),
+                         HangMonitor::CommandDeadline());
+}
+
+void BrowserImpl::OnPageCommandDone(const QJsonObject& error) {
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    --commands_in_flight_;
+    if (commands_in_flight_ == 0) {
+      warned_command_limit_ = false;
+    }
+  }
+  if (error.value(QLatin1String("code")).toInt() ==
+          DevToolsSession::kTimeoutCode &&
+      IsValid()) {
+    hang_monitor_->OnCommandExpired();
+  }
 }
 
 // --- Page state, kept for callers on any thread ---------------------------
@@ -378,6 +470,7 @@ CefRefPtr<FrameImpl> BrowserImpl::FindFrame(const QString& id) const {
 CefRefPtr<FrameImpl> BrowserImpl::AddFrame(const QString& id,
                                            const QString& parent_id) {
   CefRefPtr<FrameImpl> frame = new FrameImpl(this, id, parent_id);
+  CefRefPtr<FrameImpl> replaced;
   std::lock_guard<std::mutex> lock(mutex_);
   if (destroyed_) {
     frame->Invalidate();
@@ -385,6 +478,13 @@ CefRefPtr<FrameImpl> BrowserImpl::AddFrame(const QString& id,
   }
   frames_[id] = frame;
   if (parent_id.isEmpty()) {
+    // A page made anew after its Chromium went has a main frame of its own.
+    if (main_frame_ && main_frame_ != frame &&
+        frames_.erase(QString::fromStdString(
+            main_frame_->GetIdentifier().ToString()))) {
+      replaced = main_frame_;
+      replaced->Invalidate();
+    }
     main_frame_ = frame;
   }
   return frame;
@@ -430,9 +530,68 @@ void BrowserImpl::SetDocumentStatus(int http_status) {
 // --- Events ---------------------------------------------------------------
 
 void BrowserImpl::OnProtocolEvent(const QString& method,
-                                  const QJsonObject& params) {
+                                  const QJsonObject& params,
+                                  const QString& session_id) {
   if (!IsValid()) {
     return;
+  }
+  const bool from_frame = frame_sessions_->Owns(session_id);
+  if (method.startsWith(QLatin1String("Target.")) && !session_id.isEmpty()) {
+    // The page's and its frames' sessions hear of the frames' targets.
+    const QJsonObject info =
+        params.value(QLatin1String("targetInfo")).toObject();
+    if (method == QLatin1String("Target.attachedToTarget")) {
+      if (info.value(QLatin1String("type")).toString() ==
+          QLatin1String("iframe")) {
+        frame_sessions_->OnAttached(params);
+      }
+      return;
+    }
+    if (method == QLatin1String("Target.detachedFromTarget")) {
+      frame_sessions_->OnDetached(
+          params.value(QLatin1String("sessionId")).toString());
+      return;
+    }
+    const QString about = params.value(QLatin1String("targetId"))
+                              .toString(info.value(QLatin1String("targetId"))
+                                            .toString());
+    if (about != target_id_) {
+      return;
+    }
+  }
+  if (from_frame) {
+    frame_sessions_->NoteEvent(session_id, method, params);
+    // A frame's renderer is not the page's: CEF tells only of the latter.
+    if (method == QLatin1String("Inspector.targetCrashed")) {
+      return;
+    }
+  }
+  if (method == QLatin1String("Fetch.requestPaused") && from_frame) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    fetch_sessions_[params.value(QLatin1String("requestId")).toString()] =
+        session_id;
+  } else if (method == QLatin1String("Page.javascriptDialogOpening")) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    dialog_session_ = from_frame ? session_id : QString();
+  }
+  event_session_ = from_frame ? session_id : QString();
+  DispatchEvent(method, params);
+  event_session_.clear();
+}
+
+void BrowserImpl::DispatchEvent(const QString& method,
+                                const QJsonObject& params) {
+  if (method == QLatin1String("Inspector.targetCrashed") ||
+      method == QLatin1String("Target.targetCrashed")) {
+    // The client's Terminate ended it: a kill, as CEF reports it.
+    const bool killed = hang_monitor_->terminating();
+    hang_monitor_->Reset();
+    if (killed) {
+      QJsonObject reported = params;
+      reported.insert(QStringLiteral("status"), QStringLiteral("killed"));
+      page_events_->Push(method, reported);
+      return;
+    }
   }
   if (navigation_policy_ &&
       navigation_policy_->OnPageEvent(this, method, params)) {
@@ -441,7 +600,7 @@ void BrowserImpl::OnProtocolEvent(const QString& method,
   if (render_side_ && render_side_->OnPageEvent(this, method, params)) {
     return;
   }
-  page_events_->Push(method, params);
+  page_events_->Push(method, params, event_session_);
 }
 
 void BrowserImpl::OnChromiumGone(cef_termination_status_t status,
@@ -451,13 +610,88 @@ void BrowserImpl::OnChromiumGone(cef_termination_status_t status,
     return;
   }
   CefRefPtr<BrowserImpl> self(this);
+  // A close under way has no page left to ask; a browser still being made
+  // fails as its creation would.
+  const bool closing = asking_unload_ || closing_ || !after_created_;
+  // Before the client hears of it: it may reload at once.
+  Detach();
+  if (closing) {
+    Destroy(false);
+    return;
+  }
   CefRefPtr<CefClient> client = this->client();
   if (CefRefPtr<CefRequestHandler> request =
           client ? client->GetRequestHandler() : nullptr) {
     request->OnRenderProcessTerminated(this, status, error_code,
                                        "Chromium ended: " + description);
   }
-  Destroy(false);
+}
+
+void BrowserImpl::Detach() {
+  std::vector<QueuedCommand> queued;
+  std::map<QString, CefRefPtr<FrameImpl>> subframes;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (destroyed_) {
+      return;
+    }
+    gone_ = true;
+    attached_ = false;
+    devtools_.reset();
+    session_id_.clear();
+    fetch_sessions_.clear();
+    dialog_session_.clear();
+    queued.swap(queued_);
+    // The main frame stays, so that its LoadURL can bring the page back.
+    subframes.swap(frames_);
+    if (main_frame_) {
+      const QString main_id =
+          QString::fromStdString(main_frame_->GetIdentifier().ToString());
+      frames_[main_id] = main_frame_;
+      subframes.erase(main_id);
+    }
+    loading_ = false;
+  }
+  for (QueuedCommand& command : queued) {
+    PostUiTask([callback = std::move(command.callback)] {
+      callback({}, NoPageError());
+    });
+  }
+  for (auto& [id, frame] : subframes) {
+    frame->Invalidate();
+  }
+  hang_monitor_->Reset();
+  frame_sessions_->Clear();
+  script_dialogs_->OnPageLeft();
+  file_dialogs_->OnFrameNavigated(QString(), true);
+  page_events_->Reset();
+  if (navigation_policy_) {
+    navigation_policy_->OnDetached(this);
+    navigation_policy_.reset();
+  }
+  if (render_side_) {
+    render_side_->OnDetached(this);
+    render_side_.reset();
+  }
+  if (render_observer_) {
+    render_observer_->OnDetached(this);
+    render_observer_.reset();
+  }
+  chromium_->RemoveBrowser(this);
+}
+
+void BrowserImpl::Revive(const std::string& url) {
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (destroyed_ || !gone_) {
+      return;
+    }
+    gone_ = false;
+  }
+  target_gone_ = false;
+  if (!Start(false, url)) {
+    Detach();
+  }
 }
 
 void BrowserImpl::OnTargetGone() {
@@ -623,6 +857,8 @@ void BrowserImpl::Destroy(bool close_target) {
     frame->Invalidate();
   }
   asking_unload_ = false;
+  hang_monitor_->Reset();
+  frame_sessions_->Clear();
   script_dialogs_->OnPageLeft();
   file_dialogs_->OnBrowserClosed();
   printing_->Release();
@@ -679,6 +915,25 @@ void BrowserImpl::ReleaseAfterShutdown() {
   navigation_policy_.reset();
   render_side_.reset();
   render_observer_.reset();
+}
+
+bool BrowserImpl::IsGone() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return gone_ && !destroyed_;
+}
+
+bool BrowserImpl::ReviveAtCurrentUrl() {
+  if (!IsGone()) {
+    return false;
+  }
+  CefRefPtr<FrameImpl> main;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    main = main_frame_;
+  }
+  std::string url = main ? main->GetURL().ToString() : std::string();
+  Revive(url.empty() ? "about:blank" : url);
+  return true;
 }
 
 // --- CefBrowser -----------------------------------------------------------
@@ -746,6 +1001,9 @@ bool BrowserImpl::IsLoading() {
 void BrowserImpl::Reload() {
   CefRefPtr<BrowserImpl> self(this);
   RunOnUiThread([self] {
+    if (self->ReviveAtCurrentUrl()) {
+      return;
+    }
     self->script_dialogs_->BeforeLeaving(true);
     self->page_events_->ExpectTransition(TT_RELOAD);
     self->SendPageCommand(QStringLiteral("Page.reload"),
@@ -756,6 +1014,9 @@ void BrowserImpl::Reload() {
 void BrowserImpl::ReloadIgnoreCache() {
   CefRefPtr<BrowserImpl> self(this);
   RunOnUiThread([self] {
+    if (self->ReviveAtCurrentUrl()) {
+      return;
+    }
     self->script_dialogs_->BeforeLeaving(true);
     self->page_events_->ExpectTransition(TT_RELOAD);
     self->SendPageCommand(QStringLiteral("Page.reload"),
@@ -834,6 +1095,10 @@ void BrowserImpl::GetFrameNames(std::vector<CefString>& names) {
 void BrowserImpl::Navigate(const QString& frame_id, const std::string& url) {
   CefRefPtr<BrowserImpl> self(this);
   RunOnUiThread([self, frame_id, url] {
+    if (frame_id.isEmpty() && self->IsGone()) {
+      self->Revive(url);
+      return;
+    }
     const QString target_url = QString::fromStdString(url);
     if (self->navigation_policy_ &&
         self->navigation_policy_->OnNavigate(self.get(), frame_id, target_url)) {
@@ -846,7 +1111,8 @@ void BrowserImpl::Navigate(const QString& frame_id, const std::string& url) {
     } else {
       params.insert(QStringLiteral("frameId"), frame_id);
     }
-    self->SendPageCommand(
+    self->SendSessionCommand(
+        self->frame_sessions_->SessionFor(frame_id),
         QStringLiteral("Page.navigate"), params,
         [self, frame_id, target_url](const QJsonObject& result,
                                      const QJsonObject& error) {
@@ -879,7 +1145,8 @@ void BrowserImpl::Evaluate(const QString& frame_id,
       }
       params.insert(QStringLiteral("contextId"), context);
     }
-    self->SendPageCommand(
+    self->SendSessionCommand(
+        self->frame_sessions_->SessionFor(frame_id),
         QStringLiteral("Runtime.evaluate"), params,
         [callback](const QJsonObject& result, const QJsonObject& error) {
           if (!callback) {
@@ -923,7 +1190,8 @@ void BrowserImpl::ExecuteJavaScript(const QString& frame_id,
       }
       params.insert(QStringLiteral("contextId"), context);
     }
-    self->SendPageCommand(
+    self->SendSessionCommand(
+        self->frame_sessions_->SessionFor(frame_id),
         QStringLiteral("Runtime.evaluate"), params,
         [self](const QJsonObject& result, const QJsonObject& error) {
           // Like an inline script: an uncaught exception is a console error.
@@ -1572,7 +1840,7 @@ void BrowserImpl::ExecuteChromeCommand(
     cef_window_open_disposition_t disposition) {}
 
 bool BrowserImpl::IsRenderProcessUnresponsive() {
-  return false;
+  return hang_monitor_->unresponsive();
 }
 
 cef_runtime_style_t BrowserImpl::GetRuntimeStyle() {

@@ -30,7 +30,9 @@ class ContextMenus;
 class DevToolsSession;
 class FileDialogs;
 class FindInPage;
+class FrameSessions;
 class FrameImpl;
+class HangMonitor;
 class PageEvents;
 class Printing;
 class ScriptDialogs;
@@ -75,10 +77,23 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   // Sends a command to this page's session, after everything sent before.
   // Commands sent before the page is attached wait for it. The callback (may
   // be empty) runs on the engine UI thread, with an error once the browser
-  // is closed. Any thread.
+  // is closed or its Chromium gone, when the reply misses its deadline
+  // (HangMonitor::CommandDeadline), or at once when too many are under way
+  // for a page that does not answer. Any thread.
   void SendPageCommand(const QString& method,
                        const QJsonObject& params,
                        CommandCallback callback = {});
+  // As SendPageCommand, to the session of an out-of-process frame (the
+  // page's own when empty). Any thread.
+  void SendSessionCommand(const QString& session_id,
+                          const QString& method,
+                          const QJsonObject& params,
+                          CommandCallback callback = {});
+  // The frame session whose event is being handled, empty for the page's
+  // own. Engine UI thread, inside OnProtocolEvent.
+  const QString& event_session() const { return event_session_; }
+  // Emulation.setUserAgentOverride's parameters for this page's frames.
+  QJsonObject UserAgentOverride() const;
 
   // The client and its render handler (null without one). Any thread.
   CefRefPtr<CefClient> client() const;
@@ -106,9 +121,11 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
 
   // --- Engine internals ------------------------------------------------
 
-  // An event of the page's session, or a target event about it. Engine UI
-  // thread.
-  void OnProtocolEvent(const QString& method, const QJsonObject& params);
+  // An event of the page's session (|session_id|), of one of its frames'
+  // sessions, or a target event about it (no session). Engine UI thread.
+  void OnProtocolEvent(const QString& method,
+                       const QJsonObject& params,
+                       const QString& session_id = QString());
 
   // The page's script dialogs. Engine UI thread.
   ScriptDialogs* script_dialogs() const { return script_dialogs_.get(); }
@@ -117,12 +134,14 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   // Printing, find in page and context menus. Engine UI thread.
   Printing* printing() const { return printing_.get(); }
   ContextMenus* context_menus() const { return context_menus_.get(); }
+  HangMonitor* hang_monitor() const { return hang_monitor_.get(); }
   // A beforeunload dialog ended: a non-forced close goes on or, denied,
   // is called off. Engine UI thread.
   void OnUnloadAnswered(bool allowed);
 
-  // Chromium died: reports the browser terminated and closes it. Engine UI
-  // thread.
+  // Chromium died: the page is reported terminated and the browser waits,
+  // without a page, for Reload or LoadURL to bring it back in a new
+  // Chromium. Engine UI thread.
   void OnChromiumGone(cef_termination_status_t status,
                       int error_code,
                       const std::string& description);
@@ -276,9 +295,11 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   cef_runtime_style_t GetRuntimeStyle() override;
 
  private:
+  friend class FrameSessions;
   friend class PageEvents;
 
   struct QueuedCommand {
+    QString session_id;  // empty: the page's
     QString method;
     QJsonObject params;
     CommandCallback callback;
@@ -294,7 +315,21 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
                           const QString& session_id);
 
   // Engine UI thread from here on.
-  bool Start(bool sync);
+  // An event, after the frame sessions had their look.
+  void DispatchEvent(const QString& method, const QJsonObject& params);
+  // Makes the page target, in a Chromium started if need be, and loads
+  // |url| (none when empty) once it is attached.
+  bool Start(bool sync, const std::string& url);
+  // Lets go of a page whose Chromium is gone; the browser stays.
+  void Detach();
+  // A new page for a browser whose Chromium went, showing |url|.
+  void Revive(const std::string& url);
+  // Chromium went and nothing brought the page back yet. Any thread.
+  bool IsGone() const;
+  // Revive at the main frame's last address; false unless gone.
+  bool ReviveAtCurrentUrl();
+  // A page command ended: counted off, and a missed deadline looked into.
+  void OnPageCommandDone(const QJsonObject& error);
   // The page target is this browser's: routes and the main frame.
   void RegisterTarget(const QString& target_id);
   // A target of our own making: waits for Chromium to attach it.
@@ -358,6 +393,9 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   std::unique_ptr<FindInPage> find_in_page_;
   std::unique_ptr<ContextMenus> context_menus_;
   std::unique_ptr<RenderObserver> render_observer_;
+  std::unique_ptr<HangMonitor> hang_monitor_;
+  std::unique_ptr<FrameSessions> frame_sessions_;
+  QString event_session_;
   std::unique_ptr<NavigationPolicy> navigation_policy_;
   std::unique_ptr<RenderSide> render_side_;
   bool after_created_ = false;
@@ -377,7 +415,16 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   QString session_id_;
   bool attached_ = false;
   bool destroyed_ = false;
+  // Chromium went and no new page was asked for yet.
+  bool gone_ = false;
   std::vector<QueuedCommand> queued_;
+  // Frame sessions that paused a request (by its Fetch id) or opened the
+  // script dialog: the answer goes there.
+  std::map<QString, QString> fetch_sessions_;
+  QString dialog_session_;
+  // Page commands queued or sent and not ended yet.
+  int commands_in_flight_ = 0;
+  bool warned_command_limit_ = false;
   CefRefPtr<FrameImpl> main_frame_;
   std::map<QString, CefRefPtr<FrameImpl>> frames_;
   bool loading_ = false;

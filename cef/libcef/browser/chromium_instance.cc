@@ -31,15 +31,9 @@ const std::set<std::string>& ReservedSwitches() {
       "remote-debugging-address", "remote-debugging-io-pipes",
       "user-data-dir",            "headless",
       "force-device-scale-factor", "type",
-      "disable-features",
   };
   return reserved;
 }
-
-// Cross-site frames in processes of their own would be separate targets
-// whose events the page's session never sees; one process per page keeps
-// every frame in it.
-constexpr char kSiteIsolationFeatures[] = "IsolateOrigins,site-per-process";
 
 cef_termination_status_t TerminationStatus(int signal) {
   return signal == 9 || signal == 15 ? TS_PROCESS_WAS_KILLED
@@ -59,8 +53,10 @@ std::shared_ptr<DevToolsSession> ChromiumInstance::session() const {
 }
 
 std::vector<std::string> ChromiumInstance::Switches() const {
-  std::vector<std::string> switches;
-  std::string disabled_features = kSiteIsolationFeatures;
+  // Cross-site frames get renderers of their own, as in a desktop Chromium
+  // (the headless shell would keep them in the page's); the page's session
+  // attaches them.
+  std::vector<std::string> switches{"site-per-process"};
   CefRefPtr<CefCommandLine> command_line =
       CefCommandLine::GetGlobalCommandLine();
   if (command_line) {
@@ -68,17 +64,12 @@ std::vector<std::string> ChromiumInstance::Switches() const {
     command_line->GetSwitches(map);
     for (const auto& [name, value] : map) {
       const std::string key = name.ToString();
-      if (key == "disable-features" && !value.empty()) {
-        disabled_features = value.ToString() + "," + disabled_features;
-      }
       if (key.empty() || ReservedSwitches().count(key)) {
         continue;
       }
       switches.push_back(value.empty() ? key : key + "=" + value.ToString());
     }
   }
-  switches.push_back("disable-features=" + disabled_features);
-  switches.push_back("disable-site-isolation-trials");
   const int port = Context::Get()->settings().remote_debugging_port;
   if (port >= 1024 && port <= 65535 &&
       BrowserRegistry::Get().ClaimRemoteDebugging()) {
@@ -184,6 +175,10 @@ void ChromiumInstance::AddSession(const QString& session_id,
   sessions_[session_id] = browser;
 }
 
+void ChromiumInstance::RemoveSession(const QString& session_id) {
+  sessions_.erase(session_id);
+}
+
 void ChromiumInstance::RemoveBrowser(BrowserImpl* browser) {
   for (auto* routes : {&targets_, &sessions_}) {
     for (auto it = routes->begin(); it != routes->end();) {
@@ -223,7 +218,7 @@ void ChromiumInstance::OnEvent(const QString& method,
     auto it = sessions_.find(session_id);
     if (it != sessions_.end()) {
       CefRefPtr<BrowserImpl> browser = it->second;
-      browser->OnProtocolEvent(method, params);
+      browser->OnProtocolEvent(method, params, session_id);
     }
     return;
   }

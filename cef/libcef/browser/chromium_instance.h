@@ -53,6 +53,7 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
   // Engine UI thread.
   void AddTarget(const QString& target_id, BrowserImpl* browser);
   void AddSession(const QString& session_id, BrowserImpl* browser);
+  void RemoveSession(const QString& session_id);
   // Forgets every route to |browser|. Engine UI thread.
   void RemoveBrowser(BrowserImpl* browser);
   // Calls |attached| once Chromium auto-attached |target_id| (at once if it

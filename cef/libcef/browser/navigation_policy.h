@@ -24,6 +24,11 @@ class NavigationPolicy {
   // session (e.g. Fetch.enable) take effect before its first navigation.
   virtual void OnAttached(BrowserImpl* browser) {}
 
+  // An out-of-process frame's session, still held: as OnAttached, for the
+  // frames it serves.
+  virtual void OnFrameSessionAttached(BrowserImpl* browser,
+                                      const QString& session_id) {}
+
   // Each protocol event of the page before the browser core sees it; true
   // consumes it (e.g. Fetch.requestPaused).
   virtual bool OnPageEvent(BrowserImpl* browser,

@@ -217,8 +217,10 @@ QString PageEvents::TakeFocusWatcherScript() {
 
 PageEvents::PageEvents(BrowserImpl* browser) : browser_(browser) {}
 
-void PageEvents::Push(const QString& method, const QJsonObject& params) {
-  queue_.emplace_back(method, params);
+void PageEvents::Push(const QString& method,
+                      const QJsonObject& params,
+                      const QString& session_id) {
+  queue_.push_back(Event{method, params, session_id});
   Drain();
 }
 
@@ -228,11 +230,33 @@ void PageEvents::ExpectTransition(cef_transition_type_t type) {
 
 int PageEvents::ContextFor(const QString& frame_id) const {
   auto it = contexts_.find(frame_id);
-  return it == contexts_.end() ? 0 : it->second;
+  return it == contexts_.end() ? 0 : it->second.id;
 }
 
 void PageEvents::Clear() {
   queue_.clear();
+}
+
+void PageEvents::Reset() {
+  ++generation_;
+  queue_.clear();
+  waiting_ = false;
+  loading_frames_.clear();
+  loading_ = false;
+  commits_.clear();
+  status_by_loader_.clear();
+  document_requests_.clear();
+  reported_loaders_.clear();
+  contexts_.clear();
+  window_opens_.clear();
+  expected_transition_.reset();
+  requested_transition_.reset();
+  has_committed_ = false;
+  history_seen_ = false;
+  blank_entry_id_ = -1;
+  blank_dropped_ = false;
+  crashed_ = false;
+  title_.clear();
 }
 
 void PageEvents::Drain() {
@@ -241,9 +265,11 @@ void PageEvents::Drain() {
   }
   draining_ = true;
   while (!waiting_ && !queue_.empty()) {
-    auto [method, params] = std::move(queue_.front());
+    Event event = std::move(queue_.front());
     queue_.pop_front();
-    Handle(method, params);
+    session_id_ = event.session_id;
+    Handle(event.method, event.params);
+    session_id_.clear();
   }
   draining_ = false;
 }
@@ -254,10 +280,14 @@ void PageEvents::Await(const QString& method,
                                           const QJsonObject& error)> then) {
   waiting_ = true;
   CefRefPtr<BrowserImpl> browser(browser_);
+  const int generation = generation_;
   browser_->SendPageCommand(
       method, params,
-      [this, browser, then = std::move(then)](const QJsonObject& result,
-                                              const QJsonObject& error) {
+      [this, browser, generation, then = std::move(then)](
+          const QJsonObject& result, const QJsonObject& error) {
+        if (generation != generation_) {
+          return;
+        }
         waiting_ = false;
         if (browser->IsValid()) {
           then(result, error);
@@ -276,8 +306,12 @@ void PageEvents::RefreshHistory(std::function<void()> then, int attempt) {
             if (attempt < kHistoryAttempts) {
               waiting_ = true;
               CefRefPtr<BrowserImpl> browser(browser_);
+              const int generation = generation_;
               PostUiTask(
-                  [this, browser, then, attempt] {
+                  [this, browser, generation, then, attempt] {
+                    if (generation != generation_) {
+                      return;
+                    }
                     waiting_ = false;
                     RefreshHistory(then, attempt + 1);
                   },
@@ -363,15 +397,20 @@ void PageEvents::Handle(const QString& method, const QJsonObject& params) {
     const QJsonObject aux = Obj(context, "auxData");
     if (aux.value(QLatin1String("isDefault")).toBool()) {
       contexts_[Str(aux, "frameId")] =
-          context.value(QLatin1String("id")).toInt();
+          Context{session_id_, context.value(QLatin1String("id")).toInt()};
     }
   } else if (method == QLatin1String("Runtime.executionContextDestroyed")) {
     const int id = params.value(QLatin1String("executionContextId")).toInt();
     for (auto it = contexts_.begin(); it != contexts_.end();) {
-      it = it->second == id ? contexts_.erase(it) : std::next(it);
+      it = it->second.id == id && it->second.session_id == session_id_
+               ? contexts_.erase(it)
+               : std::next(it);
     }
   } else if (method == QLatin1String("Runtime.executionContextsCleared")) {
-    contexts_.clear();
+    for (auto it = contexts_.begin(); it != contexts_.end();) {
+      it = it->second.session_id == session_id_ ? contexts_.erase(it)
+                                                : std::next(it);
+    }
   } else if (method == QLatin1String("Runtime.consoleAPICalled")) {
     OnConsoleApiCalled(params);
   } else if (method == QLatin1String("Runtime.exceptionThrown")) {
@@ -629,8 +668,8 @@ void PageEvents::ReportLoadError(const QString& frame_id,
 }
 
 QString PageEvents::SourceOfContext(int context_id) const {
-  for (const auto& [frame_id, id] : contexts_) {
-    if (id == context_id) {
+  for (const auto& [frame_id, context] : contexts_) {
+    if (context.id == context_id && context.session_id == session_id_) {
       if (CefRefPtr<FrameImpl> frame = browser_->FindFrame(frame_id)) {
         return QString::fromStdString(frame->GetURL().ToString());
       }

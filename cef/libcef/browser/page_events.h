@@ -42,19 +42,35 @@ class PageEvents {
 
   // One event of the page's session or about its target, in arrival order;
   // also the engine's own "Brovia.navigated" {url, frameId, result, error}
-  // for Page.navigate replies.
-  void Push(const QString& method, const QJsonObject& params);
+  // for Page.navigate replies. |session_id| names the out-of-process
+  // frame's session it came from, empty for the page's own.
+  void Push(const QString& method,
+            const QJsonObject& params,
+            const QString& session_id = QString());
 
   // The next main-frame document comes from the browser's own request.
   void ExpectTransition(cef_transition_type_t type);
 
-  // The default script context of a frame; 0 when none is known.
+  // The default script context of a frame, in the session serving the
+  // frame; 0 when none is known.
   int ContextFor(const QString& frame_id) const;
 
   // Forgets queued events: the browser closed.
   void Clear();
+  // Forgets the page altogether, for a new one in its place; answers to
+  // commands of the old page are ignored.
+  void Reset();
 
  private:
+  struct Event {
+    QString method;
+    QJsonObject params;
+    QString session_id;
+  };
+  struct Context {
+    QString session_id;
+    int id = 0;
+  };
   struct Commit {
     QString loader_id;
     bool error_page = false;
@@ -100,7 +116,10 @@ class PageEvents {
   QString SourceOfContext(int context_id) const;
 
   BrowserImpl* const browser_;
-  std::deque<std::pair<QString, QJsonObject>> queue_;
+  int generation_ = 0;
+  std::deque<Event> queue_;
+  // The session of the event being handled.
+  QString session_id_;
   bool waiting_ = false;
   bool draining_ = false;
 
@@ -110,7 +129,7 @@ class PageEvents {
   std::map<QString, int> status_by_loader_;             // http(s) documents
   std::map<QString, std::pair<QString, QString>> document_requests_;
   std::set<QString> reported_loaders_;                  // errors told once
-  std::map<QString, int> contexts_;                     // frame -> context
+  std::map<QString, Context> contexts_;                 // by frame
   std::deque<QJsonObject> window_opens_;                // Page.windowOpen
   static constexpr int kHistoryAttempts = 5;
   static constexpr int kHistoryRetryDelayMs = 50;

@@ -28,6 +28,11 @@ class RenderSide {
   // The page is attached and still held (see NavigationPolicy::OnAttached).
   virtual void OnAttached(BrowserImpl* browser) {}
 
+  // An out-of-process frame's session, still held: as OnAttached, for the
+  // frames it serves.
+  virtual void OnFrameSessionAttached(BrowserImpl* browser,
+                                      const QString& session_id) {}
+
   // Each protocol event of the page; true consumes it.
   virtual bool OnPageEvent(BrowserImpl* browser,
                            const QString& method,

@@ -45,9 +45,11 @@ struct DevToolsSessionCore {
     bool done = false;
     DevToolsReply reply;
   };
+  using Clock = std::chrono::steady_clock;
   struct Pending {
     CommandCallback callback;
     std::shared_ptr<SyncWait> wait;
+    Clock::time_point deadline = Clock::time_point::max();
   };
   struct Subscription {
     bool anySession;
@@ -63,6 +65,11 @@ struct DevToolsSessionCore {
   bool closed = false;  // the session is gone
   int nextId = 1;
   std::map<int, Pending> pending;
+  // Commands by deadline, for the expirer; entries of answered commands
+  // linger until their time comes and are skipped then.
+  std::multimap<Clock::time_point, int> deadlines;
+  std::condition_variable deadlinesChanged;
+  bool expirerDone = false;
   int nextSubscription = 1;
   std::map<int, Subscription> subscriptions;
 };
@@ -109,6 +116,13 @@ void completeIfPending(const std::shared_ptr<Core>& core,
       return;
     pending = std::move(it->second);
     core->pending.erase(it);
+    auto [first, last] = core->deadlines.equal_range(pending.deadline);
+    for (; first != last; ++first) {
+      if (first->second == id) {
+        core->deadlines.erase(first);
+        break;
+      }
+    }
   }
   complete(core, std::move(pending), std::move(reply));
 }
@@ -160,6 +174,47 @@ DevToolsSession::~DevToolsSession() {
     core_->subscriptions.clear();
   }
   stop();
+  {
+    std::lock_guard<std::mutex> lock(core_->mutex);
+    core_->expirerDone = true;
+  }
+  core_->deadlinesChanged.notify_all();
+  if (expirer_.joinable()) {
+    if (expirer_.get_id() == std::this_thread::get_id())
+      expirer_.detach();
+    else
+      expirer_.join();
+  }
+}
+
+void DevToolsSession::expireMain(std::shared_ptr<Core> core) {
+  std::unique_lock<std::mutex> lock(core->mutex);
+  while (!core->expirerDone) {
+    if (core->deadlines.empty()) {
+      core->deadlinesChanged.wait(lock);
+      continue;
+    }
+    const auto first = core->deadlines.begin();
+    // A copy: the entry may go while this waits.
+    const Core::Clock::time_point due = first->first;
+    if (due > Core::Clock::now()) {
+      core->deadlinesChanged.wait_until(lock, due);
+      continue;
+    }
+    const int id = first->second;
+    core->deadlines.erase(first);
+    auto it = core->pending.find(id);
+    if (it == core->pending.end())
+      continue;
+    Core::Pending expired = std::move(it->second);
+    core->pending.erase(it);
+    lock.unlock();
+    complete(core, std::move(expired),
+             DevToolsReply{{},
+                           makeError(kTimeoutCode,
+                                     "Timed out waiting for Chromium")});
+    lock.lock();
+  }
 }
 
 bool DevToolsSession::start(const ChromiumProcess::Options& options,
@@ -169,6 +224,7 @@ bool DevToolsSession::start(const ChromiumProcess::Options& options,
     return false;
   }
   started_ = true;
+  expirer_ = std::thread(&DevToolsSession::expireMain, core_);
   // Connected before the process starts: it may disconnect before start
   // returns.
   {
@@ -182,6 +238,7 @@ bool DevToolsSession::start(const ChromiumProcess::Options& options,
       std::lock_guard<std::mutex> lock(core->mutex);
       core->connected = false;
       failed.swap(core->pending);
+      core->deadlines.clear();
     }
     for (auto& [id, pending] : failed)
       complete(core, std::move(pending),
@@ -269,17 +326,26 @@ QByteArray serialize(int id,
 int DevToolsSession::sendCommand(const QString& method,
                                  const QJsonObject& params,
                                  const QString& sessionId,
-                                 CommandCallback callback) {
+                                 CommandCallback callback,
+                                 std::chrono::milliseconds deadline) {
   int id;
   bool connected;
-  Core::Pending pending{std::move(callback), nullptr};
+  Core::Pending pending{std::move(callback), nullptr,
+                        Core::Clock::now() + deadline};
+  bool earliest = false;
   {
     std::lock_guard<std::mutex> lock(core_->mutex);
     id = core_->nextId++;
     connected = core_->connected;
-    if (connected)
+    if (connected) {
+      earliest = core_->deadlines.empty() ||
+                 pending.deadline < core_->deadlines.begin()->first;
+      core_->deadlines.emplace(pending.deadline, id);
       core_->pending.emplace(id, std::move(pending));
+    }
   }
+  if (earliest)
+    core_->deadlinesChanged.notify_all();
   if (!connected) {
     complete(core_, std::move(pending), DevToolsReply{{}, disconnectedError()});
     return id;

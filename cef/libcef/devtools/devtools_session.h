@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include <QJsonObject>
 #include <QString>
@@ -44,6 +45,8 @@ class DevToolsSession {
   // Sent to every subscriber when Chromium's pipe ends, with params
   // {exitCode, signal, status}.
   static constexpr char kDisconnectedEvent[] = "Brovia.disconnected";
+  // How long a command may wait for its reply unless told otherwise.
+  static constexpr std::chrono::milliseconds kDefaultDeadline{30000};
 
   explicit DevToolsSession(Dispatcher dispatcher);
   DevToolsSession(const DevToolsSession&) = delete;
@@ -68,12 +71,15 @@ class DevToolsSession {
 
   // Sends a command to the browser target (empty |sessionId|) or to an
   // attached target's session. Any thread. |callback| (may be empty) runs
-  // through the dispatcher with the reply, or with a kDisconnectedCode error
-  // if Chromium is or goes away first. Returns the command id.
+  // through the dispatcher with the reply, with a kDisconnectedCode error if
+  // Chromium is or goes away first, or with a kTimeoutCode error once
+  // |deadline| passed without a reply (a later reply is dropped). Returns
+  // the command id.
   int sendCommand(const QString& method,
                   const QJsonObject& params,
                   const QString& sessionId,
-                  CommandCallback callback);
+                  CommandCallback callback,
+                  std::chrono::milliseconds deadline = kDefaultDeadline);
 
   // Blocks the caller until the reply, the disconnect or |timeout|, for
   // start-up code. The reply skips the dispatcher, so events that came before
@@ -94,10 +100,13 @@ class DevToolsSession {
 
  private:
   void onMessage(const QByteArray& message);
+  // Fails commands whose deadline passed. Its own thread.
+  static void expireMain(std::shared_ptr<DevToolsSessionCore> core);
 
   std::shared_ptr<DevToolsSessionCore> core_;
   bool started_ = false;
   ChromiumProcess process_;
+  std::thread expirer_;
 };
 
 }  // namespace cefengine

@@ -67,6 +67,20 @@ cef_transition_type_t TransitionFor(bool main_frame,
 
 void NavigationGate::OnAttached(BrowserImpl* browser) {
   certificates_ = std::make_unique<CertificateErrorHandler>(browser, overrides_);
+  if (!browser->devtools()) {
+    return;
+  }
+  Intercept(browser, browser->session_id());
+  certificates_->Enable();
+}
+
+void NavigationGate::OnFrameSessionAttached(BrowserImpl* browser,
+                                            const QString& session_id) {
+  Intercept(browser, session_id);
+}
+
+void NavigationGate::Intercept(BrowserImpl* browser,
+                               const QString& session_id) {
   DevToolsSession* session = browser->devtools();
   if (!session) {
     return;
@@ -81,15 +95,14 @@ void NavigationGate::OnAttached(BrowserImpl* browser) {
       QJsonObject{{"patterns",
                    QJsonArray{QJsonObject{{"urlPattern", "*"},
                                           {"requestStage", "Request"}}}}},
-      browser->session_id(), {});
-  certificates_->Enable();
+      session_id, {});
   const QString proxy =
       SchemeProxy::PageScript(Context::Get()->custom_schemes());
   if (!proxy.isEmpty()) {
     session->sendCommand(
         QStringLiteral("Page.addScriptToEvaluateOnNewDocument"),
-        QJsonObject{{"source", proxy}, {"runImmediately", true}},
-        browser->session_id(), {});
+        QJsonObject{{"source", proxy}, {"runImmediately", true}}, session_id,
+        {});
   }
 }
 

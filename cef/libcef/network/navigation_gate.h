@@ -37,6 +37,8 @@ class NavigationGate : public NavigationPolicy {
   NavigationGate() = default;
 
   void OnAttached(BrowserImpl* browser) override;
+  void OnFrameSessionAttached(BrowserImpl* browser,
+                              const QString& session_id) override;
   bool OnPageEvent(BrowserImpl* browser,
                    const QString& method,
                    const QJsonObject& params) override;
@@ -63,6 +65,8 @@ class NavigationGate : public NavigationPolicy {
     bool reported = false;  // with an error the gate told the client
   };
 
+  // Pauses the requests of the frames |session_id| serves.
+  static void Intercept(BrowserImpl* browser, const QString& session_id);
   void OnRequestPaused(BrowserImpl* browser, const QJsonObject& params);
   // A CORS preflight to a custom scheme's stand-in address: allowed.
   static bool IsPreflight(const QJsonObject& network_request);
