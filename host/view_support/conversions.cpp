@@ -91,8 +91,10 @@ Qt::CursorShape Conversions::convertCursor(cef_cursor_type_t type) {
   switch (type) {
     case CT_POINTER:
     case CT_CONTEXTMENU:
-    case CT_CUSTOM:
       return Qt::ArrowCursor;
+    // The display handler builds it from the engine's image.
+    case CT_CUSTOM:
+      return Qt::CustomCursor;
     case CT_CROSS:
     case CT_CELL:
       return Qt::CrossCursor;

@@ -100,6 +100,7 @@ TEST(Conversions, CursorsAndDropActions) {
   EXPECT_EQ(Conversions::convertCursor(CT_NOTALLOWED), Qt::ForbiddenCursor);
   EXPECT_EQ(Conversions::convertCursor(CT_NONE), Qt::BlankCursor);
   EXPECT_EQ(Conversions::convertCursor(CT_GRABBING), Qt::ClosedHandCursor);
+  EXPECT_EQ(Conversions::convertCursor(CT_CUSTOM), Qt::CustomCursor);
 
   EXPECT_EQ(Conversions::convertDropActions(DRAG_OPERATION_NONE),
             Qt::DropActions(Qt::IgnoreAction));

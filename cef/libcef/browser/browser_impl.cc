@@ -1,15 +1,21 @@
 #include "libcef/browser/browser_impl.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cmath>
 #include <utility>
 
+#include <QJsonDocument>
+
 #include "include/base/cef_logging.h"
 #include "libcef/browser/browser_registry.h"
+#include "libcef/browser/caret_reporter.h"
 #include "libcef/browser/chromium_instance.h"
 #include "libcef/browser/context_menus.h"
 #include "libcef/browser/context_storage.h"
+#include "libcef/browser/drag_source.h"
+#include "libcef/browser/engine_world.h"
 #include "libcef/browser/file_dialogs.h"
 #include "libcef/browser/find_in_page.h"
 #include "libcef/browser/frame_impl.h"
@@ -18,6 +24,7 @@
 #include "libcef/browser/input_translator.h"
 #include "libcef/browser/navigation_entry_impl.h"
 #include "libcef/browser/page_events.h"
+#include "libcef/browser/pointer_feedback.h"
 #include "libcef/browser/printing.h"
 #include "libcef/browser/request_context_impl.h"
 #include "libcef/browser/script_dialogs.h"
@@ -94,6 +101,9 @@ BrowserImpl::BrowserImpl(int id, CreateParams params)
       printing_(std::make_unique<Printing>(this)),
       find_in_page_(std::make_unique<FindInPage>(this)),
       context_menus_(std::make_unique<ContextMenus>(this)),
+      pointer_feedback_(std::make_unique<PointerFeedback>(this)),
+      caret_reporter_(std::make_unique<CaretReporter>(this)),
+      drag_source_(std::make_unique<DragSource>(this)),
       hang_monitor_(std::make_unique<HangMonitor>(this)),
       frame_sessions_(std::make_unique<FrameSessions>(this)),
       client_(params.client) {
@@ -261,6 +271,21 @@ void BrowserImpl::Attach(const QString& session_id) {
   send("Page.addScriptToEvaluateOnNewDocument",
        {{"source", PageEvents::TakeFocusWatcherScript()},
         {"worldName", kEngineWorld}});
+  // Cursor, tooltips, the caret and context menus are told by watchers in
+  // the engine's world: Chromium reports none of them over the protocol.
+  const std::pair<const char*, QString> watchers[] = {
+      {PointerFeedback::kBinding, PointerFeedback::WatcherScript()},
+      {CaretReporter::kBinding, CaretReporter::WatcherScript()},
+      {ContextMenus::kBinding, ContextMenus::WatcherScript()},
+      {DragSource::kBinding, DragSource::WatcherScript()}};
+  for (const auto& [binding, script] : watchers) {
+    send("Runtime.addBinding",
+         {{"name", binding}, {"executionContextName", kEngineWorld}});
+    send("Page.addScriptToEvaluateOnNewDocument",
+         {{"source", script}, {"worldName", kEngineWorld}});
+  }
+  // Drags the page starts go to the client's render handler.
+  send("Input.setInterceptDrags", {{"enabled", true}});
   // Headless Chromium prints nothing: window.print() asks the client.
   send("Runtime.addBinding", {{"name", Printing::kPrintBinding}});
   send("Page.addScriptToEvaluateOnNewDocument",
@@ -374,6 +399,15 @@ bool BrowserImpl::is_hidden() const {
 int BrowserImpl::windowless_frame_rate() const {
   std::lock_guard<std::mutex> lock(mutex_);
   return frame_rate_;
+}
+
+CefPoint BrowserImpl::last_mouse_point() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return last_mouse_point_;
+}
+
+double BrowserImpl::css_to_view_scale() {
+  return AppliedZoomFactor(GetZoomLevel());
 }
 
 void BrowserImpl::SendPageCommand(const QString& method,
@@ -1352,7 +1386,40 @@ void BrowserImpl::RunFileDialog(FileDialogMode mode,
   });
 }
 
-void BrowserImpl::StartDownload(const CefString& url) {}
+void BrowserImpl::StartDownload(const CefString& url) {
+  CefRefPtr<BrowserImpl> self(this);
+  const QString target = QString::fromStdString(url.ToString());
+  // A link with the download attribute, as if the user followed it: the
+  // download is Chromium's, with the page's cookies.
+  RunOnUiThread([self, target] {
+    if (!self->IsValid()) {
+      return;
+    }
+    if (!self->download_world_) {
+      self->download_world_ = std::make_unique<EngineWorld>(
+          self.get(), QStringLiteral("__broviaDownload"));
+    }
+    const QString quoted = QString::fromUtf8(
+        QJsonDocument(QJsonArray{target}).toJson(QJsonDocument::Compact));
+    self->download_world_->Evaluate(
+        QStringLiteral("(([url]) => {"
+                       "  const link = document.createElement('a');"
+                       "  link.href = url;"
+                       "  link.download = '';"
+                       "  link.style.display = 'none';"
+                       "  document.documentElement.appendChild(link);"
+                       "  link.click();"
+                       "  link.remove();"
+                       "})(%1)")
+            .arg(quoted),
+        [target](const QJsonValue&, const QString& error) {
+          if (!error.isEmpty()) {
+            LOG(WARNING) << "CefBrowserHost::StartDownload(" << target.toStdString()
+                         << "): " << error.toStdString();
+          }
+        });
+  });
+}
 
 void BrowserImpl::DownloadImage(const CefString& image_url,
                                 bool is_favicon,
@@ -1403,7 +1470,18 @@ void BrowserImpl::StopFinding(bool clearSelection) {
 void BrowserImpl::ShowDevTools(const CefWindowInfo& windowInfo,
                                CefRefPtr<CefClient> client,
                                const CefBrowserSettings& settings,
-                               const CefPoint& inspect_element_at) {}
+                               const CefPoint& inspect_element_at) {
+  // The inspector is a window of its own, which headless Chromium cannot
+  // open: said once, and nothing else happens.
+  static std::atomic<bool> told{false};
+  if (!told.exchange(true)) {
+    LOG(WARNING) << "CefBrowserHost::ShowDevTools: "
+                 << (qEnvironmentVariableIsEmpty("DISPLAY")
+                         ? "no display to show the inspector on"
+                         : "the engine's Chromium has no inspector window")
+                 << "; nothing is opened";
+  }
+}
 
 void BrowserImpl::CloseDevTools() {}
 
@@ -1641,16 +1719,14 @@ void BrowserImpl::SendMouseClickEvent(const CefMouseEvent& event,
                                       int clickCount) {
   SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"),
                   ToPagePoint(InputTranslator::MouseClick(event, type, mouseUp, clickCount)));
-  // Headless Chromium opens no menu of its own on the release.
-  if (type == MBT_RIGHT && mouseUp) {
-    CefRefPtr<BrowserImpl> self(this);
-    const int x = event.x, y = event.y;
-    RunOnUiThread([self, x, y] { self->context_menus_->Open(x, y); });
-  }
 }
 
 void BrowserImpl::SendMouseMoveEvent(const CefMouseEvent& event,
                                      bool mouseLeave) {
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    last_mouse_point_ = CefPoint(event.x, event.y);
+  }
   SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"),
                   ToPagePoint(InputTranslator::MouseMove(event, mouseLeave)));
 }
@@ -1797,14 +1873,22 @@ void BrowserImpl::DragTargetDrop(const CefMouseEvent& event) {
     std::lock_guard<std::mutex> lock(mutex_);
     data.swap(drag_data_);
   }
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self] { self->drag_source_->DroppedInPage(); });
   SendPageCommand(
       QStringLiteral("Input.dispatchDragEvent"),
       ToPagePoint(InputTranslator::DragEvent("drop", event, DRAG_OPERATION_EVERY, data)));
 }
 
-void BrowserImpl::DragSourceEndedAt(int x, int y, DragOperationsMask op) {}
+void BrowserImpl::DragSourceEndedAt(int x, int y, DragOperationsMask op) {
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self, x, y, op] { self->drag_source_->EndedAt(x, y, op); });
+}
 
-void BrowserImpl::DragSourceSystemDragEnded() {}
+void BrowserImpl::DragSourceSystemDragEnded() {
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self] { self->drag_source_->SystemDragEnded(); });
+}
 
 // --- The rest: defaults ---------------------------------------------------
 

@@ -25,15 +25,19 @@
 
 namespace cefengine {
 
+class CaretReporter;
 class ChromiumInstance;
 class ContextMenus;
 class DevToolsSession;
+class DragSource;
+class EngineWorld;
 class FileDialogs;
 class FindInPage;
 class FrameSessions;
 class FrameImpl;
 class HangMonitor;
 class PageEvents;
+class PointerFeedback;
 class Printing;
 class ScriptDialogs;
 
@@ -118,6 +122,8 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   float chromium_scale_factor() const;
   bool is_hidden() const;
   int windowless_frame_rate() const;
+  // View pixels per CSS pixel of the page: its zoom. Any thread.
+  double css_to_view_scale();
 
   // --- Engine internals ------------------------------------------------
 
@@ -135,6 +141,13 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   Printing* printing() const { return printing_.get(); }
   ContextMenus* context_menus() const { return context_menus_.get(); }
   HangMonitor* hang_monitor() const { return hang_monitor_.get(); }
+  // Cursor, tooltip and the input method's caret. Engine UI thread.
+  PointerFeedback* pointer_feedback() const { return pointer_feedback_.get(); }
+  CaretReporter* caret_reporter() const { return caret_reporter_.get(); }
+  // Drags the page starts. Engine UI thread.
+  DragSource* drag_source() const { return drag_source_.get(); }
+  // Where the last mouse event was sent, in view coordinates. Any thread.
+  CefPoint last_mouse_point() const;
   // A beforeunload dialog ended: a non-forced close goes on or, denied,
   // is called off. Engine UI thread.
   void OnUnloadAnswered(bool allowed);
@@ -392,6 +405,11 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   std::unique_ptr<Printing> printing_;
   std::unique_ptr<FindInPage> find_in_page_;
   std::unique_ptr<ContextMenus> context_menus_;
+  std::unique_ptr<PointerFeedback> pointer_feedback_;
+  std::unique_ptr<CaretReporter> caret_reporter_;
+  std::unique_ptr<DragSource> drag_source_;
+  // StartDownload's links, out of the page's reach; made at first use.
+  std::unique_ptr<EngineWorld> download_world_;
   std::unique_ptr<RenderObserver> render_observer_;
   std::unique_ptr<HangMonitor> hang_monitor_;
   std::unique_ptr<FrameSessions> frame_sessions_;
@@ -444,6 +462,7 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   QString composition_;
   std::map<int, QJsonObject> touch_points_;
   CefRefPtr<CefDragData> drag_data_;
+  CefPoint last_mouse_point_;
 
   IMPLEMENT_REFCOUNTING(BrowserImpl);
 };

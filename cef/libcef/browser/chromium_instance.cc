@@ -11,6 +11,7 @@
 #include "include/cef_command_line.h"
 #include "libcef/browser/browser_impl.h"
 #include "libcef/browser/browser_registry.h"
+#include "libcef/browser/downloads.h"
 #include "libcef/browser/ui_task.h"
 #include "libcef/context.h"
 
@@ -158,11 +159,49 @@ bool ChromiumInstance::EnsureStarted(float device_scale_factor) {
                   {"flatten", true},
                   {"filter", QJsonArray{QJsonObject{{"type", "page"}}}}},
       QString(), {});
+  StartDownloads(session.get());
   {
     std::lock_guard<std::mutex> lock(session_mutex_);
     session_ = std::move(session);
   }
   return true;
+}
+
+void ChromiumInstance::StartDownloads(DevToolsSession* session) {
+  if (!download_dir_) {
+    download_dir_ = std::make_unique<QTemporaryDir>(
+        QDir::tempPath() + QStringLiteral("/brovia-downloads-XXXXXX"));
+  }
+  if (!download_dir_->isValid()) {
+    LOG(WARNING) << "No folder for downloads: Chromium downloads nothing";
+    return;
+  }
+  std::weak_ptr<ChromiumInstance> weak = shared_from_this();
+  downloads_ = std::make_shared<Downloads>(
+      download_dir_->path(),
+      [weak](const QString& frame_id) -> CefRefPtr<BrowserImpl> {
+        std::shared_ptr<ChromiumInstance> self = weak.lock();
+        return self ? self->BrowserForFrame(frame_id) : nullptr;
+      },
+      [weak]() -> std::shared_ptr<DevToolsSession> {
+        std::shared_ptr<ChromiumInstance> self = weak.lock();
+        return self ? self->session() : nullptr;
+      });
+  session->sendCommand(QStringLiteral("Browser.setDownloadBehavior"),
+                       Downloads::Behavior(download_dir_->path()), QString(),
+                       {});
+}
+
+BrowserImpl* ChromiumInstance::BrowserForFrame(const QString& frame_id) const {
+  if (BrowserImpl* browser = BrowserForTarget(frame_id)) {
+    return browser;
+  }
+  for (const auto& [session_id, browser] : sessions_) {
+    if (browser->GetFrameByIdentifier(frame_id.toStdString())) {
+      return browser;
+    }
+  }
+  return nullptr;
 }
 
 void ChromiumInstance::AddTarget(const QString& target_id,
@@ -224,6 +263,12 @@ void ChromiumInstance::OnEvent(const QString& method,
   }
   if (method == QLatin1String("Target.attachedToTarget")) {
     OnAttachedToTarget(params);
+    return;
+  }
+  if (method.startsWith(QLatin1String("Browser.download"))) {
+    if (downloads_) {
+      downloads_->OnEvent(method, params);
+    }
     return;
   }
   const QString target_id =
@@ -345,7 +390,9 @@ void ChromiumInstance::Shutdown() {
   sessions_.clear();
   unclaimed_.clear();
   waiters_.clear();
+  downloads_.reset();
   temp_dir_.reset();
+  download_dir_.reset();
 }
 
 }  // namespace cefengine

@@ -21,6 +21,7 @@
 namespace cefengine {
 
 class BrowserImpl;
+class Downloads;
 
 class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
  public:
@@ -81,12 +82,17 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
   void OnAttachedToTarget(const QJsonObject& params);
   void OnDisconnected(const QJsonObject& params);
   BrowserImpl* BrowserForTarget(const QString& target_id) const;
+  // The browser showing frame |frame_id|, or null.
+  BrowserImpl* BrowserForFrame(const QString& frame_id) const;
+  // Lets Chromium save downloads, into a folder of the engine's own.
+  void StartDownloads(DevToolsSession* session);
   // Lets a page no browser claimed run on, detached.
   void ReleaseUnclaimed(const QString& target_id);
   std::vector<std::string> Switches() const;
 
   const std::string cache_path_;
   std::unique_ptr<QTemporaryDir> temp_dir_;
+  std::unique_ptr<QTemporaryDir> download_dir_;
 
   mutable std::mutex session_mutex_;
   std::shared_ptr<DevToolsSession> session_;
@@ -99,6 +105,7 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
   std::map<QString, BrowserImpl*> sessions_;
   std::map<QString, Attachment> unclaimed_;
   std::map<QString, AttachCallback> waiters_;
+  std::shared_ptr<Downloads> downloads_;
 };
 
 }  // namespace cefengine

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include <QJsonDocument>
+
 #include "include/base/cef_logging.h"
 #include "include/cef_menu_model.h"
 #include "libcef/browser/browser_hold.h"
@@ -182,15 +184,36 @@ ContextMenus::ContextMenus(BrowserImpl* browser)
 
 ContextMenus::~ContextMenus() = default;
 
-void ContextMenus::Open(int x, int y) {
+QString ContextMenus::WatcherScript() {
+  // Told after the event's dispatch, when every listener of the page has
+  // had its say.
+  return QStringLiteral(
+             "(() => {"
+             "  if (window !== window.top) return;"
+             "  const send = %1;"
+             "  addEventListener('contextmenu', (event) => setTimeout(() => {"
+             "    if (!event.defaultPrevented)"
+             "      send(JSON.stringify({x: event.clientX, y: event.clientY}));"
+             "  }, 0), true);"
+             "})();")
+      .arg(QLatin1String(kBinding));
+}
+
+void ContextMenus::OnPageMenu(const QString& payload) {
   if (!browser_->IsValid()) {
     return;
   }
+  const QJsonObject point = QJsonDocument::fromJson(payload.toUtf8()).object();
+  const double css_x = point.value(QLatin1String("x")).toDouble();
+  const double css_y = point.value(QLatin1String("y")).toDouble();
+  const double scale = browser_->css_to_view_scale();
+  const int x = qRound(css_x * scale);
+  const int y = qRound(css_y * scale);
   CefRefPtr<BrowserImpl> browser(browser_);
   world_->Evaluate(QStringLiteral("(%1)(%2, %3)")
                        .arg(QLatin1String(kHitScript))
-                       .arg(x)
-                       .arg(y),
+                       .arg(css_x)
+                       .arg(css_y),
                    [this, browser, x, y](const QJsonValue& value,
                                          const QString& error) {
                      if (browser->IsValid() && error.isEmpty()) {

@@ -9,11 +9,15 @@
 #include "include/cef_client.h"
 #include "include/cef_focus_handler.h"
 #include "libcef/browser/browser_impl.h"
+#include "libcef/browser/caret_reporter.h"
 #include "libcef/browser/chromium_instance.h"
+#include "libcef/browser/context_menus.h"
+#include "libcef/browser/drag_source.h"
 #include "libcef/browser/file_dialogs.h"
 #include "libcef/browser/frame_impl.h"
 #include "libcef/browser/navigation_entry_impl.h"
 #include "libcef/browser/net_error.h"
+#include "libcef/browser/pointer_feedback.h"
 #include "libcef/browser/printing.h"
 #include "libcef/browser/script_dialogs.h"
 #include "libcef/browser/ui_task.h"
@@ -428,7 +432,18 @@ void PageEvents::Handle(const QString& method, const QJsonObject& params) {
       browser_->printing()->Start();
     } else if (Str(params, "name") == QLatin1String(kTakeFocusBinding)) {
       OnTakeFocus(Str(params, "payload") == QLatin1String("1"));
+    } else if (Str(params, "name") == QLatin1String(PointerFeedback::kBinding)) {
+      browser_->pointer_feedback()->OnReport(Str(params, "payload"));
+    } else if (Str(params, "name") == QLatin1String(CaretReporter::kBinding)) {
+      browser_->caret_reporter()->OnReport(Str(params, "payload"));
+    } else if (Str(params, "name") == QLatin1String(ContextMenus::kBinding)) {
+      browser_->context_menus()->OnPageMenu(Str(params, "payload"));
+    } else if (Str(params, "name") == QLatin1String(DragSource::kBinding)) {
+      browser_->drag_source()->OnDropEffect(Str(params, "payload"));
     }
+  } else if (method == QLatin1String("Input.dragIntercepted")) {
+    const CefPoint point = browser_->last_mouse_point();
+    browser_->drag_source()->OnIntercepted(params, point.x, point.y);
   } else if (method == QLatin1String("Target.targetCrashed") ||
              method == QLatin1String("Inspector.targetCrashed")) {
     OnCrashed(params);
