@@ -1537,6 +1537,14 @@ void BrowserImpl::ImeCommitText(const CefString& text,
     std::lock_guard<std::mutex> lock(mutex_);
     composition_.clear();
   }
+  // The protocol inserts at the selection only: text that replaces a range
+  // is first made the composition over that range, which the insertion
+  // then commits.
+  const QJsonObject composition = InputTranslator::ImeComposition(
+      text, replacement_range, CefRange::InvalidRange());
+  if (composition.contains(QLatin1String("replacementStart"))) {
+    SendPageCommand(QStringLiteral("Input.imeSetComposition"), composition);
+  }
   SendPageCommand(
       QStringLiteral("Input.insertText"),
       QJsonObject{{"text", QString::fromStdString(text.ToString())}});
