@@ -688,6 +688,13 @@ void BrowserImpl::Destroy(bool close_target) {
     life_span->OnBeforeClose(this);
   }
   BrowserRegistry::Get().RemoveBrowser(id_);
+  // As CEF does: a closed browser lets go of its client, which may hold
+  // callbacks that hold the browser (a menu never answered).
+  CefRefPtr<CefClient> released;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    released.swap(client_);
+  }
 }
 
 void BrowserImpl::ReleaseAfterShutdown() {
