@@ -3,6 +3,7 @@
 #include "host/log/basic_diagnostic_logger.h"
 #include "host/view_support/conversions.h"
 
+#include <QCoreApplication>
 #include <QImage>
 #include <QPixmap>
 #include <QRegularExpression>
@@ -55,6 +56,10 @@ bool DisplayHandler::OnConsoleMessage(CefRefPtr<CefBrowser>, cef_log_severity_t,
 bool DisplayHandler::OnCursorChange(CefRefPtr<CefBrowser>, CefCursorHandle, cef_cursor_type_t type,
                                     const CefCursorInfo& custom_cursor_info)
 {
+    // A cursor holds pixmaps, which abort the process without a GUI application: the engine may
+    // still report a pointer move while the application goes.
+    if (!QCoreApplication::instance() || QCoreApplication::closingDown())
+        return true;
     const Qt::CursorShape shape = Conversions::convertCursor(type);
     QCursor cursor(shape);
     if (shape == Qt::CustomCursor)

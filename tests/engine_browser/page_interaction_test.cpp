@@ -78,6 +78,15 @@ TEST(BrowserPage, KeyboardMouseWheelEditingAndFocusReachThePage) {
     EXPECT_TRUE(client->WaitFor("console 2 key B KeyB true"));
     EXPECT_GE(TestClient::Find(client->events(), "console 2 key a KeyA false"), 0);
     EXPECT_EQ(Evaluate(browser, "i.value").toString(), "aB");
+    // A committed text that replaces a range of the field's text.
+    host->ImeCommitText("xy", CefRange(0, 1), 0);
+    QString replaced;
+    for (int attempt = 0; attempt < 50 && replaced != "xyB"; ++attempt) {
+      replaced = Evaluate(browser, "i.value").toString();
+      if (replaced != "xyB") std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    EXPECT_EQ(replaced, "xyB");
+    Evaluate(browser, "i.value = 'aB'");
 
     // Input and script reach the page on separate paths: the selection shows up a little later.
     browser->GetMainFrame()->SelectAll();

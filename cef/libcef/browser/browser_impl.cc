@@ -924,6 +924,13 @@ void BrowserImpl::Destroy(bool close_target) {
     life_span->OnBeforeClose(this);
   }
   BrowserRegistry::Get().RemoveBrowser(id_);
+  // As CEF does: a closed browser lets go of its client, which may hold
+  // callbacks that hold the browser (a menu never answered).
+  CefRefPtr<CefClient> released;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    released.swap(client_);
+  }
 }
 
 void BrowserImpl::ReleaseAfterShutdown() {
@@ -1804,6 +1811,14 @@ void BrowserImpl::ImeCommitText(const CefString& text,
   {
     std::lock_guard<std::mutex> lock(mutex_);
     composition_.clear();
+  }
+  // The protocol inserts at the selection only: text that replaces a range
+  // is first made the composition over that range, which the insertion
+  // then commits.
+  const QJsonObject composition = InputTranslator::ImeComposition(
+      text, replacement_range, CefRange::InvalidRange());
+  if (composition.contains(QLatin1String("replacementStart"))) {
+    SendPageCommand(QStringLiteral("Input.imeSetComposition"), composition);
   }
   SendPageCommand(
       QStringLiteral("Input.insertText"),

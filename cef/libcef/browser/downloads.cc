@@ -1,13 +1,14 @@
 #include "libcef/browser/downloads.h"
 
 #include <atomic>
+#include <map>
 #include <utility>
 #include <vector>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QMimeDatabase>
+#include <QTextStream>
 #include <QStandardPaths>
 
 #include "include/base/cef_logging.h"
@@ -22,6 +23,35 @@ namespace {
 
 QString Str(const QJsonObject& object, const char* name) {
   return object.value(QLatin1String(name)).toString();
+}
+
+// The type a file name's extension stands for in the system's list
+// (Debian's media-types). QMimeDatabase is not used: on a thread Qt did not
+// start it leaves its thread data behind.
+QString MimeTypeOfName(const QString& name) {
+  // Never destroyed: engine threads may still ask while the process exits.
+  static const std::map<QString, QString>& kTypes = *[] {
+    auto* types = new std::map<QString, QString>;
+    QFile file(QStringLiteral("/etc/mime.types"));
+    if (file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+      QTextStream in(&file);
+      QString line;
+      while (in.readLineInto(&line)) {
+        const QStringList words = line.simplified().split(QLatin1Char(' '));
+        if (words.size() < 2 || words[0].startsWith(QLatin1Char('#'))) {
+          continue;
+        }
+        for (int i = 1; i < words.size(); ++i) {
+          types->emplace(words[i].toLower(), words[0]);
+        }
+      }
+    }
+    return types;
+  }();
+  const QString extension = QFileInfo(name).suffix().toLower();
+  auto it = kTypes.find(extension);
+  return it == kTypes.end() ? QStringLiteral("application/octet-stream")
+                            : it->second;
 }
 
 // Runs |task| with the downloads on the engine UI thread, if they still are.
@@ -159,10 +189,7 @@ void Downloads::OnWillBegin(const QJsonObject& params) {
   entry.state.id = next_id_++;
   entry.state.url = url.toStdString();
   entry.state.suggested_name = name.toStdString();
-  entry.state.mime_type = QMimeDatabase()
-                              .mimeTypeForFile(name, QMimeDatabase::MatchExtension)
-                              .name()
-                              .toStdString();
+  entry.state.mime_type = MimeTypeOfName(name).toStdString();
   entry.state.start_time = CefBaseTime::Now();
   CefRefPtr<CefDownloadItem> item = new DownloadItemImpl(entry.state);
   CefRefPtr<BeforeDownloadCallbackImpl> callback =
