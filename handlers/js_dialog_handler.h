@@ -5,6 +5,7 @@
 #include "include/cef_jsdialog_handler.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QWidget>
 
@@ -29,8 +30,11 @@ public:
 
     // Qt main thread: the host answers the dialogs from now on; there is no way back.
     void setHandledByHost(bool handled);
-    // Any thread: the answer to the dialog that was requested last.
+    // Any thread: the answer to the dialog that was requested last; nothing without one.
     void continueDialog(bool success, const QString& userInput);
+    // Qt main thread: the parent of the built-in dialogs; null at clean-up, after which a dialog
+    // still on its way is answered as cancelled without being shown.
+    void setView(QWidget* view);
     // Hands the stored answer to the engine on its UI thread.
     void runCallback();
 
@@ -44,7 +48,7 @@ Q_SIGNALS:
                            QString defaultPromptText);
 
 private:
-    QWidget* m_view;
+    QPointer<QWidget> m_view;
     CefRefPtr<CefJSDialogCallback> m_callback;
     bool m_success = false;
     QString m_userInput;
