@@ -146,4 +146,6 @@ TEST(Teardown, ViewsComeAndGoWhilePagesCallTheHostRunScriptsZoomAndRepaint)
         waitUntil([] { return false; }, 50);
     }
     EXPECT_GT(calls, 0);
+    // The last browsers finish closing before the process ends.
+    waitUntil([] { return false; }, 1500);
 }
