@@ -50,8 +50,11 @@ void JSDialogHandler::setHandledByHost(bool handled)
 
 void JSDialogHandler::continueDialog(bool success, const QString& userInput)
 {
-    m_success = success;
-    m_userInput = userInput;
+    {
+        std::lock_guard<std::mutex> lock(m_answerMutex);
+        m_success = success;
+        m_userInput = userInput;
+    }
     runCallback();
 }
 
@@ -63,9 +66,16 @@ void JSDialogHandler::runCallback()
         CefPostTask(TID_UI, base::BindOnce(&JSDialogHandler::runCallback, CefRefPtr<JSDialogHandler>(this)));
         return;
     }
+    bool success = false;
+    QString userInput;
+    {
+        std::lock_guard<std::mutex> lock(m_answerMutex);
+        success = m_success;
+        userInput = m_userInput;
+    }
     // An answer without a request has nobody to go to.
     if (m_callback)
-        m_callback->Continue(m_success, Conversions::convertString(m_userInput));
+        m_callback->Continue(success, Conversions::convertString(userInput));
 }
 
 void JSDialogHandler::setView(QWidget* view)

@@ -9,6 +9,8 @@
 #include <QString>
 #include <QWidget>
 
+#include <mutex>
+
 // The page's alert, confirm and prompt for one browser, as a Qt signal. By default the handler
 // answers its own signal with a modal Qt dialog; a host that takes over answers through the view.
 // The engine calls it on its UI thread; the dialogs run on the Qt main thread.
@@ -50,6 +52,8 @@ Q_SIGNALS:
 private:
     QPointer<QWidget> m_view;
     CefRefPtr<CefJSDialogCallback> m_callback;
+    // The answer is written on the Qt main thread and read on the engine UI thread.
+    std::mutex m_answerMutex;
     bool m_success = false;
     QString m_userInput;
 
