@@ -177,6 +177,12 @@ CefRefPtr<CefDialogHandler> BrowserClient::GetDialogHandler()
 
 CefRefPtr<CefLifeSpanHandler> BrowserClient::GetLifeSpanHandler()
 {
+    return lifeSpanHandler();
+}
+
+CefRefPtr<LifeSpanHandler> BrowserClient::lifeSpanHandler() const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
     return m_lifeSpanHandler;
 }
 
@@ -199,10 +205,11 @@ void BrowserClient::cleanup()
 {
     BROVIA_INSTRUMENT("cleanup");
     m_jsCallbacks->disconnectAll();
-    if (!m_lifeSpanHandler)
+    CefRefPtr<LifeSpanHandler> lifeSpan = lifeSpanHandler();
+    if (!lifeSpan)
         return;
     // Hops to the engine UI thread by itself; nothing here waits for the browser to go.
-    m_lifeSpanHandler->closeAllBrowsers(false);
+    lifeSpan->closeAllBrowsers(false);
 
     QObject::disconnect(m_requestHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(m_focusHandler.get(), nullptr, nullptr, nullptr);
@@ -217,13 +224,20 @@ void BrowserClient::cleanup()
     // The widget is dying: no engine callback may touch it from here on.
     m_renderHandler->SetView(nullptr);
     m_contextMenuHandler->setView(nullptr);
+    m_jsDialogHandler->setView(nullptr);
 
     QObject::disconnect(m_renderHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(m_contextMenuHandler.get(), nullptr, nullptr, nullptr);
     QObject::disconnect(this, nullptr, nullptr, nullptr);
 
-    m_lifeSpanHandler = nullptr;
+    // Flagged before the handler goes, so that the engine UI thread never sees a live client
+    // without one; queued slots that arrive later find no browser and do nothing.
     m_cleanedUp = true;
+    // Released outside the lock: the last reference takes the browser with it.
+    CefRefPtr<LifeSpanHandler> released;
+    std::lock_guard<std::mutex> lock(m_mutex);
+    released = m_lifeSpanHandler;
+    m_lifeSpanHandler = nullptr;
 }
 
 bool BrowserClient::OnProcessMessageReceived(CefRefPtr<CefBrowser> browser, CefRefPtr<CefFrame> frame,
@@ -255,11 +269,16 @@ bool BrowserClient::OnProcessMessageReceived(CefRefPtr<CefBrowser> browser, CefR
         // Any answer fulfils the current round trip; only RepaintSync sends the request. The
         // answer to an abandoned round trip may have fulfilled it already: this one then comes
         // late and is dropped, rather than taking the application down from the engine's thread.
-        if (m_repaintFuture)
+        CefRefPtr<Future<bool>> current;
+        {
+            std::lock_guard<std::mutex> lock(m_mutex);
+            current = m_repaintFuture;
+        }
+        if (current)
         {
             try
             {
-                m_repaintFuture->set(true);
+                current->set(true);
             }
             catch (const std::future_error&)
             {
@@ -292,8 +311,6 @@ void BrowserClient::RunJavaScript(const QString& script, CefRefPtr<RunJavaScript
                                 self, script, callback));
         return;
     }
-    if (m_cleanedUp || !m_lifeSpanHandler)
-        return;
     CefRefPtr<CefBrowser> browser = GetBrowser();
     // The browser may have closed while the task was on its way.
     if (!browser)
@@ -311,12 +328,14 @@ void BrowserClient::RunJavaScript(const QString& script, CefRefPtr<RunJavaScript
 
 CefRefPtr<CefBrowser> BrowserClient::GetBrowser()
 {
-    return m_lifeSpanHandler->getBrowser();
+    CefRefPtr<LifeSpanHandler> lifeSpan = lifeSpanHandler();
+    return lifeSpan ? lifeSpan->getBrowser() : nullptr;
 }
 
 int BrowserClient::GetBrowserId()
 {
-    return m_lifeSpanHandler->getBrowserId();
+    CefRefPtr<LifeSpanHandler> lifeSpan = lifeSpanHandler();
+    return lifeSpan ? lifeSpan->getBrowserId() : 0;
 }
 
 int BrowserClient::DeviceToLogical(int value) const
@@ -360,8 +379,11 @@ QImage BrowserClient::RepaintSync(std::chrono::milliseconds timeout)
     CefRefPtr<CefBrowser> browser = GetBrowser();
     if (!browser)
         return QImage();
-    m_repaintFuture = new MultiThreadedFuture<bool>();
-    CefRefPtr<Future<bool>> answered = m_repaintFuture;
+    CefRefPtr<Future<bool>> answered = new MultiThreadedFuture<bool>();
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        m_repaintFuture = answered;
+    }
     CefRefPtr<brovia::RepaintSyncMessage> message = new brovia::RepaintSyncMessage();
     message->browserId = browser->GetIdentifier();
     message->frameId = browser->GetMainFrame()->GetIdentifier();
@@ -445,11 +467,26 @@ double BrowserClient::GetZoomLevel()
         return 0.0;
     if (CefCurrentlyOn(TID_UI))
         return browser->GetHost()->GetZoomLevel();
-    // The task stays ours during the wait: one that the engine drops unrun breaks no promise.
-    CefRefPtr<GetZoomLevelTask> task(new GetZoomLevelTask(browser));
-    std::future<double> level = task->promise.get_future();
-    CefPostTask(TID_UI, task.get());
-    return level.get();
+    std::future<double> level;
+    {
+        CefRefPtr<GetZoomLevelTask> task(new GetZoomLevelTask(browser));
+        level = task->promise.get_future();
+        // A stopped engine takes no task.
+        if (!CefPostTask(TID_UI, task.get()))
+            return 0.0;
+    }
+    // The engine holds the only reference now: a task it drops unrun breaks the promise and ends
+    // the wait at once; one it never gets to ends it at the deadline.
+    if (level.wait_for(kZoomReadTimeout) != std::future_status::ready)
+        return 0.0;
+    try
+    {
+        return level.get();
+    }
+    catch (const std::future_error&)
+    {
+        return 0.0;
+    }
 }
 
 void BrowserClient::ShowInspector(const QPoint& point)
@@ -474,15 +511,21 @@ void BrowserClient::ClearBrowsingData()
         "browser.clear_data.form_data",        "browser.clear_data.hosted_apps_data",
         "browser.clear_data.media_licenses",   "browser.clear_data.site_settings",
     };
-    CefRefPtr<CefRequestContext> context = GetBrowser()->GetHost()->GetRequestContext();
+    // One browser for the whole run: it may close between two looks.
+    CefRefPtr<CefBrowser> browser = GetBrowser();
+    if (!browser)
+        return;
+    CefRefPtr<CefRequestContext> context = browser->GetHost()->GetRequestContext();
+    if (!context)
+        return;
     CefString error;
     for (const CefString& name : kPreferences)
     {
-        if (!context || !context->CanSetPreference(name))
+        if (!context->CanSetPreference(name))
             continue;
         CefRefPtr<CefValue> value = CefValue::Create();
         value->SetBool(true);
-        GetBrowser()->GetHost()->GetRequestContext()->SetPreference(name, value, error);
+        context->SetPreference(name, value, error);
     }
 }
 
@@ -499,14 +542,14 @@ void BrowserClient::onShowDevTools()
 void BrowserClient::onHideDevTools()
 {
     // Queued from the engine: the browser may be gone by now.
-    if (CefRefPtr<CefBrowser> browser = m_cleanedUp ? nullptr : GetBrowser())
+    if (CefRefPtr<CefBrowser> browser = GetBrowser())
         browser->GetHost()->CloseDevTools();
 }
 
 void BrowserClient::onSetDownloadLocation(QString loc)
 {
     // Empty clears it.
-    m_downloadHandler->m_downloadLocation = Conversions::convertString(loc);
+    m_downloadHandler->setDownloadLocation(Conversions::convertString(loc));
 }
 
 void BrowserClient::onMessageError(QString errorString)
@@ -515,7 +558,7 @@ void BrowserClient::onMessageError(QString errorString)
     // Unescaped on purpose: the page's console shows the text as it came.
     const QString statement = QStringLiteral("console.warn('") + errorString + QStringLiteral("');");
     // Queued from the engine: the browser may be gone by now.
-    CefRefPtr<CefBrowser> browser = m_cleanedUp ? nullptr : GetBrowser();
+    CefRefPtr<CefBrowser> browser = GetBrowser();
     if (!browser)
         return;
     CefRefPtr<CefFrame> frame = browser->GetMainFrame();

@@ -19,6 +19,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <mutex>
 
 class CefClientMessageHandler;
 class ContextMenuHandler;
@@ -62,6 +63,7 @@ public:
     CefRefPtr<CefDialogHandler> GetDialogHandler() override;
     CefRefPtr<CefPrintHandler> GetPrintHandler() override;
     CefRefPtr<CefKeyboardHandler> GetKeyboardHandler() override;
+    // Null after cleanup.
     CefRefPtr<CefLifeSpanHandler> GetLifeSpanHandler() override;
     CefRefPtr<CefLoadHandler> GetLoadHandler() override;
     CefRefPtr<CefRenderHandler> GetRenderHandler() override;
@@ -77,8 +79,9 @@ public:
     // handlers' signals; a second call does nothing more.
     void cleanup();
 
-    // Any thread. Null before the engine reported the browser, and after it closed.
+    // Any thread. Null before the engine reported the browser, after it closed and after cleanup.
     CefRefPtr<CefBrowser> GetBrowser();
+    // Any thread; 0 without a browser.
     int GetBrowserId();
 
     int DeviceToLogical(int value) const;
@@ -100,9 +103,10 @@ public:
     // factor of 0.25 to 5. Nothing happens without a browser.
     void SetZoomLevel(double level);
     void ChangeZoomLevel(double delta);
-    // 0.0 without a browser. Off the engine UI thread it blocks until that thread answers, with
-    // no time limit.
+    // 0.0 without a browser. Off the engine UI thread it blocks until that thread answers, for
+    // kZoomReadTimeout at most; 0.0 when the engine can't answer in time or dropped the request.
     double GetZoomLevel();
+    static constexpr std::chrono::milliseconds kZoomReadTimeout{5000};
     // Opens the engine's inspector at the point, through this client's handlers.
     void ShowInspector(const QPoint& point);
     // Sets every browsing-data preference the request context lets set; the caller's thread.
@@ -156,6 +160,8 @@ private Q_SLOTS:
     void onMessageError(QString errorString);
 
 private:
+    CefRefPtr<LifeSpanHandler> lifeSpanHandler() const;
+
     CefRefPtr<CefClientMessageHandler> m_clientMessageHandler;
     CefRefPtr<ContextMenuHandler> m_contextMenuHandler;
     CefRefPtr<DisplayHandler> m_displayHandler;
@@ -173,7 +179,10 @@ private:
     CefRefPtr<RequestHandler> m_requestHandler;
     CefRefPtr<JSCallBacksManager> m_jsCallbacks;
     CefRefPtr<Future<bool>> m_repaintFuture;
-    bool m_focusedNodeEditable = false;
+    // Guards m_lifeSpanHandler and m_repaintFuture, which the Qt main thread replaces while the
+    // engine UI thread reads them. Held for a copy of the pointer only, never across a call.
+    mutable std::mutex m_mutex;
+    std::atomic<bool> m_focusedNodeEditable{false};
     std::atomic<bool> m_cleanedUp{false};
 
     IMPLEMENT_REFCOUNTING(BrowserClient);

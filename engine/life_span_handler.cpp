@@ -6,8 +6,7 @@
 
 #include <vector>
 
-// The scalar members are left without a value on purpose; see the header.
-LifeSpanHandler::LifeSpanHandler() {}
+LifeSpanHandler::LifeSpanHandler() = default;
 
 // Members go in reverse order: the popups first, then the main browser.
 LifeSpanHandler::~LifeSpanHandler() = default;

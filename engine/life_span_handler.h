@@ -2,6 +2,7 @@
 
 #include "include/cef_life_span_handler.h"
 
+#include <atomic>
 #include <list>
 #include <mutex>
 
@@ -28,7 +29,7 @@ public:
 
     // Any thread. Null before OnAfterCreated and after the main browser's OnBeforeClose.
     CefRefPtr<CefBrowser> getBrowser();
-    // Any thread; meaningful only once OnAfterCreated has run.
+    // Any thread; 0 before OnAfterCreated.
     int getBrowserId();
     // Any thread; meaningful only once DoClose has run for the main browser.
     bool getIsClosing();
@@ -39,9 +40,9 @@ public:
     void closeAllBrowsers(bool forceClose);
 
 private:
-    // Neither is given a value here: OnAfterCreated and DoClose set them before anyone reads.
-    int m_browserId;
-    bool m_isClosing;
+    // 0 and false until OnAfterCreated and DoClose set them.
+    int m_browserId = 0;
+    std::atomic<bool> m_isClosing{false};
     // Guards m_browserId and m_browser, only for reading or replacing them.
     std::mutex m_mutex;
     CefRefPtr<CefBrowser> m_browser;

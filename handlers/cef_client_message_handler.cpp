@@ -139,7 +139,10 @@ void CefClientMessageHandler::runFileDialog(CefRefPtr<CefBrowser> browser, CefRe
                                             cef_file_dialog_mode_t mode, const CefString& title,
                                             const CefString& defaultPath, const std::vector<CefString>& filters)
 {
-    CefRefPtr<CefBrowserHost> host = browser->GetHost();
+    // The browser may have closed while the call was on its way.
+    CefRefPtr<CefBrowserHost> host = browser ? browser->GetHost() : nullptr;
+    if (!host)
+        return;
     CefRefPtr<RunFileDialogCallback> callback = new RunFileDialogCallback(browser, message->reply());
     host->RunFileDialog(mode, title, defaultPath, filters, callback);
 }

@@ -20,11 +20,23 @@ bool DownloadHandler::CanDownload(CefRefPtr<CefBrowser>, const CefString&, const
 bool DownloadHandler::OnBeforeDownload(CefRefPtr<CefBrowser>, CefRefPtr<CefDownloadItem>,
                                        const CefString& suggested_name, CefRefPtr<CefBeforeDownloadCallback> callback)
 {
-    const QDir folder(Conversions::convertString(m_downloadLocation));
+    const QDir folder(Conversions::convertString(downloadLocation()));
     const QString path = QDir::toNativeSeparators(folder.absoluteFilePath(Conversions::convertString(suggested_name)));
     // Always asks where to save, with this path as the default.
     callback->Continue(Conversions::convertString(path), true);
     return true;
+}
+
+void DownloadHandler::setDownloadLocation(const CefString& location)
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_downloadLocation = location;
+}
+
+CefString DownloadHandler::downloadLocation() const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return m_downloadLocation;
 }
 
 void DownloadHandler::OnDownloadUpdated(CefRefPtr<CefBrowser>, CefRefPtr<CefDownloadItem>,

@@ -2,9 +2,11 @@
 
 #include "include/cef_download_handler.h"
 
+#include <mutex>
+
 // Downloads go to a folder the host may change; the engine then asks where to save through the
 // file dialog, with that folder's path as the default. Engine UI thread; the location is written
-// on the Qt main thread without a lock.
+// on the Qt main thread.
 class DownloadHandler : public CefDownloadHandler
 {
 public:
@@ -17,9 +19,13 @@ public:
     void OnDownloadUpdated(CefRefPtr<CefBrowser> browser, CefRefPtr<CefDownloadItem> download_item,
                            CefRefPtr<CefDownloadItemCallback> callback) override;
 
-    // Empty: names resolve against the current directory.
-    CefString m_downloadLocation;
+    // Any thread. Empty: names resolve against the current directory.
+    void setDownloadLocation(const CefString& location);
+    CefString downloadLocation() const;
 
 private:
+    mutable std::mutex m_mutex;
+    CefString m_downloadLocation;
+
     IMPLEMENT_REFCOUNTING(DownloadHandler);
 };

@@ -5,8 +5,11 @@
 #include "include/cef_jsdialog_handler.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QWidget>
+
+#include <mutex>
 
 // The page's alert, confirm and prompt for one browser, as a Qt signal. By default the handler
 // answers its own signal with a modal Qt dialog; a host that takes over answers through the view.
@@ -29,8 +32,11 @@ public:
 
     // Qt main thread: the host answers the dialogs from now on; there is no way back.
     void setHandledByHost(bool handled);
-    // Any thread: the answer to the dialog that was requested last.
+    // Any thread: the answer to the dialog that was requested last; nothing without one.
     void continueDialog(bool success, const QString& userInput);
+    // Qt main thread: the parent of the built-in dialogs; null at clean-up, after which a dialog
+    // still on its way is answered as cancelled without being shown.
+    void setView(QWidget* view);
     // Hands the stored answer to the engine on its UI thread.
     void runCallback();
 
@@ -44,8 +50,10 @@ Q_SIGNALS:
                            QString defaultPromptText);
 
 private:
-    QWidget* m_view;
+    QPointer<QWidget> m_view;
     CefRefPtr<CefJSDialogCallback> m_callback;
+    // The answer is written on the Qt main thread and read on the engine UI thread.
+    std::mutex m_answerMutex;
     bool m_success = false;
     QString m_userInput;
 

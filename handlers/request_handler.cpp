@@ -60,8 +60,9 @@ bool RequestHandler::OnCertificateError(CefRefPtr<CefBrowser> browser, cef_error
     const CefRefPtr<CefX509Certificate> certificate = ssl_info->GetX509Certificate();
     const QByteArray pem = certificate ? Conversions::convertBinary(certificate->GetPEMEncoded()) : QByteArray();
     // The option accepts every host, whatever its name says. Blocks the engine UI thread while
-    // the host's verifier runs.
-    if (!commandLine.insecureLocalHostAllowed() && !settings.certificateVerifier(pem))
+    // the host's verifier runs; without a verifier nobody vouches for the certificate.
+    if (!commandLine.insecureLocalHostAllowed() &&
+        (!settings.certificateVerifier || !settings.certificateVerifier(pem)))
         return false;
     callback->Continue();
     return true;

@@ -9,6 +9,7 @@
 #include <QColor>
 #include <QCoreApplication>
 #include <QDrag>
+#include <QEvent>
 #include <QMetaObject>
 #include <QMimeData>
 #include <QPainter>
@@ -47,16 +48,26 @@ RenderHandler::RenderHandler(QWidget* view)
     // The drag crosses to the Qt main thread as a queued call by these names.
     qRegisterMetaType<QMimeData*>("QMimeData*");
     qRegisterMetaType<Qt::DropActions>("Qt::DropActions");
+    if (view)
+    {
+        view->installEventFilter(this);
+        watchWindow();
+    }
+    storeGeometry();
 }
 
 RenderHandler::~RenderHandler() = default;
 
 void RenderHandler::GetViewRect(CefRefPtr<CefBrowser> browser, CefRect& rect)
 {
-    QReadLocker viewLocker(&m_viewLock);
     // The factor must be fresh before it is used.
     m_dpiWatcher->forceUpdate();
-    rect = Conversions::convertRect(m_view ? m_view->rect() : QRect());
+    QSize size;
+    {
+        std::lock_guard<std::mutex> lock(m_geometryMutex);
+        size = m_viewSize;
+    }
+    rect = Conversions::convertRect(QRect(QPoint(0, 0), size));
     rect.width = std::max(1, m_dpiWatcher->deviceToLogical(rect.width));
     rect.height = std::max(1, m_dpiWatcher->deviceToLogical(rect.height));
     // The engine rounds a logical size up to device pixels the same way.
@@ -135,7 +146,6 @@ bool RenderHandler::GetScreenInfo(CefRefPtr<CefBrowser> browser, CefScreenInfo& 
     QReadLocker viewLocker(&m_viewLock);
     if (!m_view)
         return false;
-    // GetViewRect takes the view lock a second time; only SetView at clean-up writes it.
     CefRect rect;
     GetViewRect(browser, rect);
     screen_info.device_scale_factor = m_dpiWatcher->m_deviceScaleFactor;
@@ -150,8 +160,13 @@ bool RenderHandler::GetScreenPoint(CefRefPtr<CefBrowser> browser, int viewX, int
     QReadLocker viewLocker(&m_viewLock);
     if (!m_view)
         return false;
+    QPoint origin;
+    {
+        std::lock_guard<std::mutex> lock(m_geometryMutex);
+        origin = m_viewOrigin;
+    }
     const QPoint global =
-        m_view->mapToGlobal(QPoint(m_dpiWatcher->logicalToDevice(viewX), m_dpiWatcher->logicalToDevice(viewY)));
+        origin + QPoint(m_dpiWatcher->logicalToDevice(viewX), m_dpiWatcher->logicalToDevice(viewY));
     screenX = global.x();
     screenY = global.y();
     return true;
@@ -220,9 +235,71 @@ void RenderHandler::OnPopupSize(CefRefPtr<CefBrowser> browser, const CefRect& re
 
 void RenderHandler::SetView(QWidget* view)
 {
-    QWriteLocker viewLocker(&m_viewLock);
-    m_view = view;
-    m_dpiWatcher->setView(view);
+    if (m_drag && view != m_view)
+    {
+        // The drag runs in a nested event loop further up this thread's stack: it ends there,
+        // and must outlive the widget that is its parent.
+        m_drag->setParent(nullptr);
+        QDrag::cancel();
+    }
+    if (m_view)
+        m_view->removeEventFilter(this);
+    if (m_window)
+        m_window->removeEventFilter(this);
+    m_window = nullptr;
+    {
+        QWriteLocker viewLocker(&m_viewLock);
+        m_view = view;
+        m_dpiWatcher->setView(view);
+    }
+    if (view)
+    {
+        view->installEventFilter(this);
+        watchWindow();
+    }
+    storeGeometry();
+}
+
+bool RenderHandler::eventFilter(QObject* watched, QEvent* event)
+{
+    switch (event->type())
+    {
+    case QEvent::ParentChange:
+        if (watched == m_view)
+            watchWindow();
+        storeGeometry();
+        break;
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::Show:
+        storeGeometry();
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void RenderHandler::watchWindow()
+{
+    QWidget* window = m_view ? m_view->window() : nullptr;
+    if (window == m_window)
+        return;
+    if (m_window && m_window != m_view)
+        m_window->removeEventFilter(this);
+    m_window = window;
+    if (m_window && m_window != m_view)
+        m_window->installEventFilter(this);
+}
+
+void RenderHandler::storeGeometry()
+{
+    // Only this thread replaces m_view, so it needs no lock here.
+    const QSize size = m_view ? m_view->size() : QSize(0, 0);
+    const QPoint origin = m_view ? m_view->mapToGlobal(QPoint(0, 0)) : QPoint();
+    std::lock_guard<std::mutex> lock(m_geometryMutex);
+    m_viewSize = size;
+    m_viewOrigin = origin;
 }
 
 void RenderHandler::DisableDirtyRectHandling(bool disabled)
@@ -298,8 +375,12 @@ void RenderHandler::StopWatchingTargetPixel()
     m_watchingTarget = false;
 }
 
-QImage RenderHandler::CropImage(const QImage& image, const QRect& rect) const
+QImage RenderHandler::CropImage(const QImage& image, const QRect& wanted) const
 {
+    // The caller's rectangle may reach past the frame: only pixels of the frame are read.
+    const QRect rect = wanted.intersected(image.rect());
+    if (rect.isEmpty())
+        return QImage();
     // The const bits leave `image` undetached.
     const uchar* origin = image.bits() + rect.y() * image.bytesPerLine() + (rect.x() * image.depth()) / 8;
     const QImage part(origin, rect.right() - rect.left() + 1, rect.bottom() - rect.top() + 1,
@@ -319,15 +400,26 @@ CefRefPtr<DpiWatcher> RenderHandler::GetDpiWatcher() const
 
 void RenderHandler::StartDragging(QMimeData* mime_data, Qt::DropActions actions, QPixmap pixmap, QPoint hotspot)
 {
-    QReadLocker viewLocker(&m_viewLock);
-    // Without the view the mime data stays unowned and is lost.
-    if (!m_view)
+    // Only this thread replaces the view; the lock is not held across the drag, during which
+    // the view may be destroyed.
+    QWidget* view = m_view.data();
+    if (!view || m_drag)
+    {
+        delete mime_data;
         return;
-    QDrag drag(m_view.data());
+    }
+    // The client and its handlers may lose their last other holder while the drag runs.
+    CefRefPtr<RenderHandler> self(this);
+    QDrag drag(view);
     drag.setMimeData(mime_data);
     drag.setHotSpot(hotspot);
     drag.setPixmap(pixmap);
-    // A nested event loop until the drag ends; SetView waits for it meanwhile.
+    m_drag = &drag;
+    // A nested event loop until the drag ends, or SetView cancels it.
     const Qt::DropAction action = drag.exec(actions);
+    m_drag = nullptr;
     Q_EMIT dragFinished(action);
+    // Let go through the event loop: this object must not die inside its own slot.
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [self] {}, Qt::QueuedConnection);
 }

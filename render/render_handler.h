@@ -21,6 +21,7 @@
 #include <mutex>
 #include <vector>
 
+class QDrag;
 class QMimeData;
 
 // The off-screen paint sink of one view. The engine calls it on its UI thread: it answers the
@@ -29,7 +30,8 @@ class QMimeData;
 // queued. It refuses frames of a size other than the last one promised to the engine, at most
 // three in a row, and can hold back all frames until a marker pixel shows.
 //
-// Locks, always taken in this order: m_viewLock, m_targetLock, m_sizeMutex.
+// Locks, always taken in this order: m_viewLock, m_targetLock, m_sizeMutex. m_geometryMutex is
+// taken alone. None is held across a nested event loop.
 class RenderHandler : public QObject, public CefRenderHandler
 {
     Q_OBJECT
@@ -57,7 +59,8 @@ public:
     void OnPopupShow(CefRefPtr<CefBrowser> browser, bool show) override;
     void OnPopupSize(CefRefPtr<CefBrowser> browser, const CefRect& rect) override;
 
-    // Qt main thread; null at clean-up. Waits for a frame or drag in progress.
+    // Qt main thread; null at clean-up. Waits for a frame in progress, and cancels a drag that
+    // runs from the view.
     void SetView(QWidget* view);
     // Stored only: the view's flag of the same name decides.
     void DisableDirtyRectHandling(bool disabled);
@@ -76,8 +79,8 @@ public:
     void FoundTargetPixel(const QImage& image);
     // Any thread; takes no lock, so a frame in progress may still find the marker.
     void StopWatchingTargetPixel();
-    // A deep copy of the part `rect` of `image`; `rect` must lie inside it. A null rect gives a
-    // null image.
+    // A deep copy of the part `rect` of `image`, clipped to the image. A rect that misses it
+    // gives a null image.
     QImage CropImage(const QImage& image, const QRect& rect) const;
 
     float GetDeviceScaleFactor() const;
@@ -87,6 +90,10 @@ public:
 public Q_SLOTS:
     // Qt main thread: runs the drag; blocks in a nested event loop until it ends.
     void StartDragging(QMimeData* mime_data, Qt::DropActions actions, QPixmap pixmap, QPoint hotspot);
+
+protected:
+    // Qt main thread: follows the view's and its window's geometry for the engine's questions.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
     void viewUpdated(QImage image, QVector<QRect> dirtyRects);
@@ -98,9 +105,22 @@ Q_SIGNALS:
     void targetPixelFound(QImage);
 
 private:
+    // Qt main thread: takes the view's size and screen position for the engine UI thread, which
+    // must not touch the widget, and watches the window the view sits in.
+    void storeGeometry();
+    void watchWindow();
+
     // The engine callbacks read under it for as long as they need the widget; SetView writes.
     QReadWriteLock m_viewLock;
     QPointer<QWidget> m_view;
+    // The window whose moves move the view on the screen. Qt main thread only.
+    QPointer<QWidget> m_window;
+    // The drag that runs from the view, if any. Qt main thread only.
+    QPointer<QDrag> m_drag;
+    // The view's size and its top-left on the screen, as last seen on the Qt main thread.
+    mutable std::mutex m_geometryMutex;
+    QSize m_viewSize;
+    QPoint m_viewOrigin;
     CefRefPtr<DpiWatcher> m_dpiWatcher;
     // Guards m_renderedImageSize against readers off the engine UI thread, which is the writer.
     mutable std::mutex m_sizeMutex;

@@ -6,9 +6,7 @@
 #include "handlers/torvex_scheme_handler_factory.h"
 #include "host/cef_common/allow_list.h"
 #include "host/cef_common/cef_common_data.h"
-#include "host/fl/basic_ofstream.h"
 #include "host/fl/codecvt_ustring_to_string.h"
-#include "host/fl/native_access_form.h"
 #include "host/instrument/instrument.h"
 #include "host/view_support/conversions.h"
 #include "host/view_support/text_edit_done_event.h"
@@ -23,7 +21,6 @@
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QKeyEvent>
@@ -45,6 +42,9 @@ constexpr int AddHostToAllowList = 8;
 // How long, and how often, the first load waits for the engine to report the new browser.
 constexpr qint64 kBrowserWaitMs = 29999;
 constexpr unsigned long kBrowserPollMs = 10;
+
+// How long setViewPortMinimumSizeSync waits for a frame of the new size at most.
+constexpr qint64 kMinimumSizeWaitMs = 10000;
 
 // Dims a disabled view when the paint flag asks for it.
 const QColor kDimming(150, 150, 150, 80);
@@ -78,8 +78,8 @@ QCefViewImpl::~QCefViewImpl()
         m_client->cleanup();
         m_client = nullptr;
     }
-    for (const QString& file : m_tempHtmlFiles)
-        QFile(file).remove();
+    // The temporary files go with their handles.
+    m_tempHtmlStore.clear();
 }
 
 // --- browser creation and wiring -----------------------------------------------------------------
@@ -237,21 +237,22 @@ void QCefViewImpl::setUrl(const QUrl& url)
 
 void QCefViewImpl::setHtml(const QString& html)
 {
-    // Only the unique name of the temporary file is used: the file itself goes with the object.
-    QString path;
+    // Made private to the user (0600) and written through the handle that created it, which
+    // stays open with the view: nobody can slip another file in under its name.
+    auto file = std::make_unique<QTemporaryFile>(QDir::tempPath() + QDir::separator() + QStringLiteral("XXXXXX.html"));
+    file->setAutoRemove(true);
+    if (file->open())
     {
-        QTemporaryFile reserve(QDir::tempPath() + QDir::separator() + QStringLiteral("XXXXXX.html"));
-        reserve.setAutoRemove(true);
-        reserve.open();
-        path = reserve.fileName();
+        const fl::i18n::codecvt_ustring_to_string toUtf8("UTF-8", true);
+        const std::string text =
+            toUtf8.do_convert(reinterpret_cast<const char16_t*>(html.utf16()), static_cast<unsigned long>(html.size()));
+        file->write(text.data(), static_cast<qint64>(text.size()));
+        file->write("\n", 1);
+        file->flush();
     }
-    fl::filesystem::basic_ofstream<char> stream(path.toStdU16String(), std::ios_base::out);
-    const fl::i18n::codecvt_ustring_to_string toUtf8("UTF-8", true);
-    stream << toUtf8.do_convert(reinterpret_cast<const char16_t*>(html.utf16()),
-                                static_cast<unsigned long>(html.size()))
-           << '\n';
-    stream.flush();
+    const QString path = file->fileName();
     m_tempHtmlFiles.push_back(path);
+    m_tempHtmlStore.push_back(std::move(file));
     load(QUrl::fromLocalFile(path));
 }
 
@@ -470,15 +471,18 @@ void QCefViewImpl::setViewPortMinimumSizeSync(const QSize& size)
     BROVIA_INSTRUMENT("setViewPortMinimumSizeSync");
     if (!applyViewPortMinimumSize(size))
         return;
-    // Spins without limit and without Qt events until a frame of at least that size is painted:
-    // the caller promises that one comes.
-    for (;;)
+    // Blocks the calling thread, without Qt events, until a frame of at least that size is
+    // painted; a page that never paints one (its renderer gone or hung) lets go at the deadline.
+    QElapsedTimer clock;
+    clock.start();
+    while (clock.elapsed() < kMinimumSizeWaitMs)
     {
         if (CefCurrentlyOn(TID_UI))
             CefDoMessageLoopWork();
         const QSize rendered = m_client->renderHandler()->GetRenderedImageSize();
         if (rendered.width() >= size.width() && rendered.height() >= size.height())
             break;
+        QThread::yieldCurrentThread();
     }
 }
 
@@ -547,21 +551,24 @@ void QCefViewImpl::disableEvents()
 
 // --- page access that later parts of the view provide ------------------------------------------------
 
+// The commands below are quiet without a browser: before the first load, while the browser is
+// being made, and once the view is cleaned up (after the application's aboutToQuit too).
+
 void QCefViewImpl::setZoomLevel(double level)
 {
-    if (m_client)
+    if (liveBrowser())
         m_client->SetZoomLevel(level);
 }
 
 double QCefViewImpl::zoomLevel()
 {
-    return m_client ? m_client->GetZoomLevel() : 0.0;
+    return liveBrowser() ? m_client->GetZoomLevel() : 0.0;
 }
 
 void QCefViewImpl::repaintSync(std::chrono::milliseconds timeout)
 {
     BROVIA_INSTRUMENT("repaintSync");
-    if (!m_client)
+    if (!liveBrowser())
         return;
     QImage image = m_client->RepaintSync(timeout);
     // Also a null image: the widget then keeps what it shows.
@@ -576,20 +583,20 @@ QImage QCefViewImpl::repaintSync2(int x, int y, int red, const QRect& rect, bool
                                   std::chrono::milliseconds timeout)
 {
     BROVIA_INSTRUMENT("repaintSync2");
-    if (!m_client)
+    if (!liveBrowser())
         return QImage();
     return m_client->RepaintSync2(x, y, red, rect, dropFrame, timeout);
 }
 
 void QCefViewImpl::showDevTools()
 {
-    if (m_client)
+    if (liveBrowser())
         m_client->ShowInspector(QPoint(0, 0));
 }
 
 void QCefViewImpl::clearBrowsingData()
 {
-    if (m_client)
+    if (liveBrowser())
         m_client->ClearBrowsingData();
 }
 

@@ -15,11 +15,13 @@
 #include <QVector>
 
 #include <deque>
+#include <memory>
 #include <utility>
 #include <vector>
 
 class BrowserClient;
 class QCefWindow;
+class QTemporaryFile;
 
 // The widget the host embeds: shows the page's frames, follows the widget's size and scale, and
 // carries navigation to the browser. The browser comes with the first load. Qt main thread only.
@@ -150,6 +152,8 @@ private:
     int m_navigationFlags = 4;
     int m_keyboardFlag = 0;
     std::vector<QString> m_tempHtmlFiles;
+    // The files behind m_tempHtmlFiles, open; each removes its file when it goes.
+    std::vector<std::unique_ptr<QTemporaryFile>> m_tempHtmlStore;
 
     friend class QCefViewImplTestAccess;
 };

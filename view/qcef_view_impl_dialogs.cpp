@@ -14,6 +14,7 @@
 #include <QKeySequence>
 #include <QMenu>
 #include <QPrintDialog>
+#include <QPointer>
 #include <QPrinter>
 
 #include <map>
@@ -23,6 +24,8 @@ void QCefViewImpl::onCefFileDialogRequested(int mode, const QString& default_fil
 {
     if (!m_client)
         return;
+    // The dialog runs a nested event loop, in which the view may be destroyed.
+    const QPointer<QCefViewImpl> self(this);
     // Never shown: the parent of the dialog below.
     std::unique_ptr<QFileDialog> carrier(new QFileDialog(nullptr, QString(), QString(), QString()));
     QStringList paths;
@@ -50,7 +53,7 @@ void QCefViewImpl::onCefFileDialogRequested(int mode, const QString& default_fil
         break;
     }
     // The dialog ran an event loop of its own: the client may have been cleaned up meanwhile.
-    if (m_client && !m_client->isCleanedUp())
+    if (self && m_client && !m_client->isCleanedUp())
         m_client->fileDialogHandler()->setSelectedFiles(paths);
 }
 
@@ -115,7 +118,9 @@ void QCefViewImpl::onCefPrintDialogRequested(int browserId)
     QPrintDialog dialog(&printer, nullptr);
     // Before the dialog opens, whatever the user then does.
     Q_EMIT loadPrintDialogFinished(true);
-    if (dialog.exec() != QDialog::Accepted)
+    // The dialog runs a nested event loop, in which the view may be destroyed.
+    const QPointer<QCefViewImpl> self(this);
+    if (dialog.exec() != QDialog::Accepted || !self)
         return;
     const QString path = printer.outputFileName();
     CefPdfPrintSettings settings;

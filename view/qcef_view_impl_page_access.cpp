@@ -14,11 +14,17 @@
 
 QString QCefViewImpl::html()
 {
-    if (!liveBrowser())
+    // One look: the browser may close between two.
+    CefRefPtr<CefBrowser> browser = liveBrowser();
+    if (!browser)
         return QString();
     CefRefPtr<Future<QString>> future = new MultiThreadedFuture<QString>();
-    CefRefPtr<StringVisitor> visitor = new StringVisitor([&future](const QString& source) { future->set(source); });
-    liveBrowser()->GetMainFrame()->GetSource(visitor);
+    {
+        // The engine holds the only reference: a request it drops ends the wait with a null string.
+        CefRefPtr<StringVisitor> visitor =
+            new StringVisitor([&future](const QString& source) { future->set(source); });
+        browser->GetMainFrame()->GetSource(visitor);
+    }
     // No limit: the engine answers every request, also for a page that went.
     return future->get(std::chrono::milliseconds(-1));
 }
@@ -56,9 +62,10 @@ QVariant QCefViewImpl::runJavaScriptSync(const QString& cmd, std::chrono::millis
 
 void QCefViewImpl::find(int, const QString& text, bool forward, bool matchCase, bool findNext)
 {
-    if (!liveBrowser())
+    CefRefPtr<CefBrowser> browser = liveBrowser();
+    if (!browser)
         return;
-    CefRefPtr<CefBrowserHost> host = liveBrowser()->GetHost();
+    CefRefPtr<CefBrowserHost> host = browser->GetHost();
     if (text.isEmpty())
         host->StopFinding(true);
     else

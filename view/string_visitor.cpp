@@ -7,6 +7,12 @@ StringVisitor::StringVisitor(std::function<void(const QString&)> callback)
 {
 }
 
+StringVisitor::~StringVisitor()
+{
+    if (m_callback)
+        m_callback(QString());
+}
+
 void StringVisitor::Visit(const CefString& string)
 {
     std::lock_guard<std::mutex> lock(m_mutex);

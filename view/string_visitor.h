@@ -8,11 +8,13 @@
 #include <mutex>
 
 // Hands a string from the engine to a function once; a second delivery is dropped. The engine
-// calls Visit on its UI thread.
+// calls Visit on its UI thread. A visitor that the engine lets go unvisited hands on a null
+// string, so that nobody waits for it in vain.
 class StringVisitor : public CefStringVisitor
 {
 public:
     explicit StringVisitor(std::function<void(const QString&)> callback);
+    ~StringVisitor() override;
 
     void Visit(const CefString& string) override;
 

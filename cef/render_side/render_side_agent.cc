@@ -217,8 +217,12 @@ void RenderSideAgent::ForwardCall(BrowserImpl* browser,
     LOG(WARNING) << "Render side: a malformed host call of the page is dropped";
     return;
   }
-  const int64_t page_id =
-      static_cast<int64_t>(call.value(QLatin1String("id")).toDouble());
+  // The page's number comes back to it as it was; one out of range is not
+  // converted, and its answer finds no call.
+  const double raw_id = call.value(QLatin1String("id")).toDouble();
+  const int64_t page_id = std::fabs(raw_id) < 9.0e15
+                              ? static_cast<int64_t>(raw_id)
+                              : int64_t{0};
   CefRefPtr<brovia::CefClientMessage> message = new brovia::CefClientMessage();
   message->method =
       call.value(QLatin1String("method")).toString().toStdString();

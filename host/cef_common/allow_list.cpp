@@ -16,7 +16,8 @@ namespace
 {
 foundation::log::diagnostic_logger& logger()
 {
-    static foundation::log::diagnostic_logger instance("brovia::host");
+    // Never destroyed, like the list.
+    static foundation::log::diagnostic_logger& instance = *new foundation::log::diagnostic_logger("brovia::host");
     return instance;
 }
 
@@ -28,9 +29,10 @@ QRegularExpression compile(const QString& pattern)
 class AllowList
 {
 public:
+    // Never destroyed: the engine UI thread may still ask while the process exits.
     static AllowList& instance()
     {
-        static AllowList list;
+        static AllowList& list = *new AllowList();
         return list;
     }
 

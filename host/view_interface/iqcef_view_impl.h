@@ -29,10 +29,12 @@ public:
 
     virtual void load(const QUrl& url) = 0;
     virtual void setHtml(const QString& html) = 0;
+    // Blocks the Qt main thread until the engine answers; a request it drops gives a null string.
     virtual QString html() = 0;
     virtual void setUrl(const QUrl& url) = 0;
     virtual QUrl url() const = 0;
     virtual void setZoomLevel(double level) = 0;
+    // Blocks the Qt main thread for up to 5 s; 0.0 without a browser or without an answer.
     virtual double zoomLevel() = 0;
     virtual bool canGoBack() const = 0;
     virtual bool canGoForward() const = 0;
@@ -57,6 +59,7 @@ public:
     virtual void find(int identifier, const QString& text, bool forward, bool matchCase, bool findNext) = 0;
     virtual void setJSDialogHandledByHost(bool handled) = 0;
     virtual void continueJSDialog(bool success, const QString& userInput) = 0;
+    // Blocks the Qt main thread until a frame of at least that size is painted, for up to 10 s.
     virtual void setViewPortMinimumSizeSync(const QSize& size) = 0;
     virtual void setViewPortMinimumSize(const QSize& size) = 0;
     virtual void setDirtyRectHandlingDisabled(bool disabled) = 0;

@@ -47,20 +47,20 @@ DpiWatcher::~DpiWatcher() {
 }
 
 int DpiWatcher::deviceToLogical(int value) const {
-  return roundToInt(static_cast<double>(value) / m_deviceScaleFactor);
+  return roundToInt(static_cast<double>(value) / m_deviceScaleFactor.load());
 }
 
 int DpiWatcher::logicalToDevice(int value) const {
-  return roundToInt(static_cast<double>(value) * m_deviceScaleFactor);
+  return roundToInt(static_cast<double>(value) * m_deviceScaleFactor.load());
 }
 
 void DpiWatcher::forceUpdate() {
   const float factor = m_screenFactor.load();
   {
     std::lock_guard<std::mutex> lock(m_updateMutex);
-    if (factor == m_deviceScaleFactor)
+    if (factor == m_deviceScaleFactor.load())
       return;
-    m_deviceScaleFactor = factor;
+    m_deviceScaleFactor.store(factor);
   }
   emit dpiChanged(factor);
 }

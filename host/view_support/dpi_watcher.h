@@ -51,8 +51,8 @@ class DpiWatcher : public QObject, public virtual CefBaseRefCounted {
   bool HasOneRef() const override;
   bool HasAtLeastOneRef() const override;
 
-  // The current factor. Written by forceUpdate only; read without a lock.
-  float m_deviceScaleFactor;
+  // The current factor. Written by forceUpdate only, read on any thread.
+  std::atomic<float> m_deviceScaleFactor;
 
  signals:
   // Raised by forceUpdate, on the thread that called it.

@@ -141,7 +141,9 @@ TEST_F(RenderHandlerTest, OpenPopupIsTheOnlyDirtyRectAndItsCloseIsRepaintedLater
 
 TEST_F(RenderHandlerTest, EmptyOrMissingViewStillYieldsOneByOne)
 {
+    // The size counts once Qt delivers it to the widget, which for a hidden one is at its show.
     view->resize(0, 0);
+    view->show();
     CefRect rect = viewRect();
     EXPECT_EQ(rect.width, 1);
     EXPECT_EQ(rect.height, 1);

@@ -47,7 +47,7 @@ TEST(SmallHandlers, PaperFocusFindAndDownloadsAnswerAsTheHostExpects)
 
     // Without a folder the name resolves against the current directory; the engine always asks.
     CefRefPtr<DownloadHandler> downloads = new DownloadHandler();
-    downloads->m_downloadLocation = CefString();
+    downloads->setDownloadLocation(CefString());
     CefRefPtr<SaveAs> saveAs = new SaveAs();
     EXPECT_TRUE(downloads->OnBeforeDownload(nullptr, nullptr, "report.pdf", saveAs));
     EXPECT_EQ(QString::fromStdString(saveAs->path), QDir::current().absoluteFilePath("report.pdf"));

@@ -1,20 +1,10 @@
 #include "view_harness.h"
-
-#include "view/qcef_view_impl.h"
+#include "view_access.h"
 
 #include <QActionGroup>
 #include <QMenu>
 
 #include <gtest/gtest.h>
-
-class QCefViewImplTestAccess
-{
-public:
-    static void requestMenu(QCefViewImpl* view, const ContextMenuHandler::MenuModelState& state, QPoint at)
-    {
-        view->onCefContextMenuRequested(state, at);
-    }
-};
 
 namespace
 {
