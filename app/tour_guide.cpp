@@ -164,10 +164,14 @@ void TourGuide::begin(int index)
 
 bool TourGuide::capture(const QString& name)
 {
-    // The page as it is now, not a frame on its way. Blocks the Qt main thread for up to a second.
-    m_window->view()->repaintSync(std::chrono::seconds(1));
+    QWidget* floating = floatingWidget();
+    // The page as it is now, not a frame on its way; blocks the Qt main thread for up to a second.
+    // Not while a page's dialog is open: the page cannot answer then, and the expired wait would
+    // leave the view without a picture.
+    if (!floating)
+        m_window->view()->repaintSync(std::chrono::seconds(1));
     QPixmap picture = m_window->grab();
-    if (QWidget* floating = floatingWidget())
+    if (floating)
     {
         QPainter painter(&picture);
         painter.drawPixmap(floating->mapToGlobal(QPoint()) - m_window->mapToGlobal(QPoint()), floating->grab());
