@@ -120,9 +120,11 @@ void DemoWindow::buildToolBars()
     m_forward->setEnabled(false);
     m_address = new QLineEdit(bar);
     m_address->setPlaceholderText(tr("Address"));
+    m_address->setMinimumWidth(420);
     bar->addWidget(m_address);
     connect(m_address, &QLineEdit::returnPressed, this, &DemoWindow::onAddressEntered);
 
+    addToolBarBreak();
     QToolBar* tools = addToolBar(tr("Page"));
     tools->setMovable(false);
     tools->setToolButtonStyle(Qt::ToolButtonTextOnly);

@@ -6,13 +6,15 @@
 #include <QCoreApplication>
 #include <QPixmap>
 
+#include <chrono>
 #include <cstdio>
 
 namespace
 {
 // Polls in a row that must see a frame of the view's size before the picture is taken, so that
-// the paint of that frame has reached the widget.
-constexpr int kSettledPolls = 4;
+// the paint of that frame has reached the widget. The first frames after a resize can be blank
+// until the page paints again: a little over a second lets a page's own timers do so.
+constexpr int kSettledPolls = 24;
 } // namespace
 
 ScreenshotTaker::ScreenshotTaker(DemoWindow* window, const QString& fileName, int timeoutMs)
@@ -48,7 +50,7 @@ void ScreenshotTaker::poll()
     }
     if (!m_loaded)
         return;
-    const IQCefViewImpl* view = m_window->view();
+    IQCefViewImpl* view = m_window->view();
     if (view->getRenderedImageSize() != view->size())
     {
         m_settledPolls = 0;
@@ -56,6 +58,8 @@ void ScreenshotTaker::poll()
     }
     if (++m_settledPolls < kSettledPolls)
         return;
+    // The page as it is now, not a frame on its way. Blocks the Qt main thread for up to a second.
+    view->repaintSync(std::chrono::seconds(1));
     const QPixmap picture = m_window->grab();
     if (!picture.save(m_fileName, "PNG"))
     {

@@ -12,15 +12,17 @@
 #include <QPixmap>
 #include <QWidget>
 
+#include <chrono>
 #include <cstdio>
 
 namespace
 {
 constexpr int kPollMs = 50;
 // Polls in a row with a frame of the view's size, and the least time after a step's action,
-// before its picture is taken: the page's answer has to be painted too.
+// before its picture is taken: the page's answer has to be painted too, and the first frames
+// after a resize can be blank until the page's clock paints again.
 constexpr int kSettledPolls = 4;
-constexpr int kLeastStepMs = 600;
+constexpr int kLeastStepMs = 1200;
 
 QWidget* floatingWidget()
 {
@@ -122,29 +124,29 @@ void TourGuide::poll()
         return;
     }
     const Step& step = m_steps.at(m_index);
-    if (!step.ready())
-    {
+    const IQCefViewImpl* view = m_window->view();
+    const bool ready = step.ready();
+    if (ready && view->getRenderedImageSize() == view->size())
+        ++m_settledPolls;
+    else
         m_settledPolls = 0;
+    if (m_settledPolls < kSettledPolls || m_stepClock.elapsed() < kLeastStepMs)
+    {
         if (m_stepClock.elapsed() <= m_stepTimeoutMs)
             return;
         if (!step.optional)
         {
-            finish(1, QStringLiteral("the step \"%1\" saw nothing in %2 ms").arg(step.name).arg(m_stepTimeoutMs));
+            finish(1, QStringLiteral("the step \"%1\" %2 in %3 ms")
+                          .arg(step.name, ready ? QStringLiteral("got no frame of the view's size")
+                                                : QStringLiteral("saw nothing"))
+                          .arg(m_stepTimeoutMs));
             return;
         }
         std::fprintf(stderr, "brovia-demo: the step \"%s\" saw nothing and was left out\n", qPrintable(step.name));
     }
-    else
+    else if (!capture(step.name))
     {
-        const IQCefViewImpl* view = m_window->view();
-        if (view->getRenderedImageSize() != view->size())
-            m_settledPolls = 0;
-        else
-            ++m_settledPolls;
-        if (m_settledPolls < kSettledPolls || m_stepClock.elapsed() < kLeastStepMs)
-            return;
-        if (!capture(step.name))
-            return;
+        return;
     }
     if (m_index + 1 < m_steps.size())
         begin(m_index + 1);
@@ -162,8 +164,14 @@ void TourGuide::begin(int index)
 
 bool TourGuide::capture(const QString& name)
 {
+    QWidget* floating = floatingWidget();
+    // The page as it is now, not a frame on its way; blocks the Qt main thread for up to a second.
+    // Not while a page's dialog is open: the page cannot answer then, and the expired wait would
+    // leave the view without a picture.
+    if (!floating)
+        m_window->view()->repaintSync(std::chrono::seconds(1));
     QPixmap picture = m_window->grab();
-    if (QWidget* floating = floatingWidget())
+    if (floating)
     {
         QPainter painter(&picture);
         painter.drawPixmap(floating->mapToGlobal(QPoint()) - m_window->mapToGlobal(QPoint()), floating->grab());
@@ -175,6 +183,7 @@ bool TourGuide::capture(const QString& name)
         return false;
     }
     std::printf("%s\n", qPrintable(file));
+    std::fflush(stdout);
     return true;
 }
 
