@@ -627,6 +627,27 @@ void BrowserImpl::OnChromiumGone(cef_termination_status_t status,
   }
 }
 
+void BrowserImpl::DropPage() {
+  if (!IsValid() || IsGone()) {
+    return;
+  }
+  CefRefPtr<BrowserImpl> self(this);
+  const QString target = target_id_;
+  std::shared_ptr<DevToolsSession> session = chromium_->session();
+  // Its routes go first: the page's end is not the browser's.
+  Detach();
+  if (session && !target.isEmpty()) {
+    session->sendCommand(QStringLiteral("Target.closeTarget"),
+                         QJsonObject{{"targetId", target}}, QString(), {});
+  }
+  CefRefPtr<CefClient> client = this->client();
+  if (CefRefPtr<CefRequestHandler> request =
+          client ? client->GetRequestHandler() : nullptr) {
+    request->OnRenderProcessTerminated(this, TS_PROCESS_WAS_KILLED, 0,
+                                       "renderer killed");
+  }
+}
+
 void BrowserImpl::Detach() {
   std::vector<QueuedCommand> queued;
   std::map<QString, CefRefPtr<FrameImpl>> subframes;

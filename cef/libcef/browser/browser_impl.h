@@ -135,6 +135,10 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   Printing* printing() const { return printing_.get(); }
   ContextMenus* context_menus() const { return context_menus_.get(); }
   HangMonitor* hang_monitor() const { return hang_monitor_.get(); }
+  // Closes a page whose renderer cannot even be crashed, reports it killed,
+  // and leaves the browser for Reload or LoadURL to give a new page.
+  // Engine UI thread.
+  void DropPage();
   // A beforeunload dialog ended: a non-forced close goes on or, denied,
   // is called off. Engine UI thread.
   void OnUnloadAnswered(bool allowed);
@@ -320,7 +324,8 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   // Makes the page target, in a Chromium started if need be, and loads
   // |url| (none when empty) once it is attached.
   bool Start(bool sync, const std::string& url);
-  // Lets go of a page whose Chromium is gone; the browser stays.
+  // Lets go of a page whose Chromium is gone, or that was dropped; the
+  // browser stays.
   void Detach();
   // A new page for a browser whose Chromium went, showing |url|.
   void Revive(const std::string& url);
