@@ -287,6 +287,10 @@ void BrowserImpl::Attach(const QString& session_id) {
   send("Runtime.runIfWaitingForDebugger", {});
 }
 
+QString BrowserImpl::SessionForFrame(const QString& frame_id) const {
+  return frame_sessions_->SessionFor(frame_id);
+}
+
 QJsonObject BrowserImpl::UserAgentOverride() const {
   QJsonObject agent{{"userAgent", chromium_->user_agent()}};
   const std::string languages = request_context_->accept_language_list();
@@ -426,7 +430,7 @@ void BrowserImpl::SendSessionCommand(const QString& session_id,
     return;
   }
   QString target = session_id.isEmpty() ? session_id_ : session_id;
-  // Answers to a frame session's pause or dialog go back to it.
+  // Answers to a frame session's pause go back to it.
   if (method.startsWith(QLatin1String("Fetch."))) {
     auto paused =
         fetch_sessions_.find(params.value(QLatin1String("requestId")).toString());
@@ -436,9 +440,6 @@ void BrowserImpl::SendSessionCommand(const QString& session_id,
         fetch_sessions_.erase(paused);
       }
     }
-  } else if (method == QLatin1String("Page.handleJavaScriptDialog") &&
-             !dialog_session_.isEmpty()) {
-    target = dialog_session_;
   }
   devtools_->sendCommand(method, params, target, std::move(counted),
                          HangMonitor::CommandDeadline());
@@ -570,9 +571,6 @@ void BrowserImpl::OnProtocolEvent(const QString& method,
     std::lock_guard<std::mutex> lock(mutex_);
     fetch_sessions_[params.value(QLatin1String("requestId")).toString()] =
         session_id;
-  } else if (method == QLatin1String("Page.javascriptDialogOpening")) {
-    std::lock_guard<std::mutex> lock(mutex_);
-    dialog_session_ = from_frame ? session_id : QString();
   }
   event_session_ = from_frame ? session_id : QString();
   DispatchEvent(method, params);
@@ -661,7 +659,6 @@ void BrowserImpl::Detach() {
     devtools_.reset();
     session_id_.clear();
     fetch_sessions_.clear();
-    dialog_session_.clear();
     queued.swap(queued_);
     // The main frame stays, so that its LoadURL can bring the page back.
     subframes.swap(frames_);

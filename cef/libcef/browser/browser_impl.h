@@ -89,6 +89,9 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
                           const QString& method,
                           const QJsonObject& params,
                           CommandCallback callback = {});
+  // The session serving |frame_id|: an out-of-process frame's, else empty
+  // for the page's own. Engine UI thread.
+  QString SessionForFrame(const QString& frame_id) const;
   // The frame session whose event is being handled, empty for the page's
   // own. Engine UI thread, inside OnProtocolEvent.
   const QString& event_session() const { return event_session_; }
@@ -423,10 +426,9 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   // Chromium went and no new page was asked for yet.
   bool gone_ = false;
   std::vector<QueuedCommand> queued_;
-  // Frame sessions that paused a request (by its Fetch id) or opened the
-  // script dialog: the answer goes there.
+  // Frame sessions that paused a request, by its Fetch id: the answer goes
+  // there.
   std::map<QString, QString> fetch_sessions_;
-  QString dialog_session_;
   // Page commands queued or sent and not ended yet.
   int commands_in_flight_ = 0;
   bool warned_command_limit_ = false;
