@@ -1,9 +1,13 @@
 // A renderer that stops answering: commands end by their deadline, the client
 // is asked to wait or terminate, and a reload brings the page back.
 
+#include <signal.h>
+
 #include <atomic>
 #include <chrono>
 #include <thread>
+
+#include <QFile>
 
 #include "browser_test_support.h"
 #include "include/cef_unresponsive_process_callback.h"
@@ -114,6 +118,52 @@ TEST(Unresponsive, ReportedAskedToWaitThenTerminatedAndReloaded) {
     EXPECT_TRUE(client->WaitFor("console 2 alive", before));
     EXPECT_EQ(TestClient::Find(client->events(), "console 2 never"), -1);
     EXPECT_EQ(TestClient::Find(client->events(), "responsive"), -1);
+    client->DropCallback();
+    browser = nullptr;
+    StopEngine(client);
+  });
+}
+
+// Chromium's renderer processes under this one.
+std::vector<int> Renderers() {
+  std::vector<int> renderers;
+  for (int pid : Descendants()) {
+    QFile file(QStringLiteral("/proc/%1/cmdline").arg(pid));
+    if (file.open(QIODevice::ReadOnly) && file.readAll().contains("--type=renderer")) {
+      renderers.push_back(pid);
+    }
+  }
+  return renderers;
+}
+
+TEST(Unresponsive, AStoppedRendererIsReportedAndTerminateStillWorks) {
+  if (!ChromiumAvailable()) GTEST_SKIP() << "no Chromium installed";
+  RunInFreshProcess([] {
+    ShortDeadlines();
+    ASSERT_TRUE(StartEngine());
+    CefRefPtr<HangClient> client = new HangClient;
+    CefRefPtr<CefBrowser> browser = OpenBrowser(client, "data:text/html,stopped");
+    ASSERT_TRUE(browser);
+    ASSERT_TRUE(client->WaitFor("load-end"));
+    // Stopped, a renderer cannot even crash on request.
+    const std::vector<int> stopped = Renderers();
+    ASSERT_FALSE(stopped.empty());
+    for (int pid : stopped) kill(pid, SIGSTOP);
+    size_t before = client->count();
+    browser->GetMainFrame()->ExecuteJavaScript("console.log('queued')", "", 0);
+    ASSERT_TRUE(client->WaitFor("unresponsive 1", before));
+    client->callback()->Terminate();
+    const bool terminated =
+        client->WaitFor("terminated " + std::to_string(TS_PROCESS_WAS_KILLED), before);
+    // Chromium may have put the next page in one of them (its spare).
+    for (int pid : stopped) kill(pid, SIGCONT);
+    ASSERT_TRUE(terminated);
+    EXPECT_TRUE(browser->IsValid());
+    before = client->count();
+    browser->Reload();
+    ASSERT_TRUE(client->WaitFor("load-end 0 data:text/html,stopped", before));
+    browser->GetMainFrame()->ExecuteJavaScript("console.log('alive')", "", 0);
+    EXPECT_TRUE(client->WaitFor("console 2 alive", before));
     client->DropCallback();
     browser = nullptr;
     StopEngine(client);

@@ -78,6 +78,11 @@ TEST(OutOfProcessFrames, CrossSiteFrameIsGatedScriptedAndFramed) {
     frame->ExecuteJavaScript("console.log('in ' + location.href)", "", 0);
     EXPECT_TRUE(client->recorder.WaitFor("console in " + child));
 
+    // A script dialog of the frame is answered in the frame's renderer, which
+    // then goes on.
+    frame->ExecuteJavaScript("alert('hi'); console.log('after alert')", "", 0);
+    EXPECT_TRUE(client->recorder.WaitFor("console after alert"));
+
     // Its own navigations pass the gate, which can stop them.
     const std::string blocked = OtherSite(other.Url("/blocked.html"));
     frame->ExecuteJavaScript("location.href = 'blocked.html'", "", 0);

@@ -312,6 +312,10 @@ void BrowserImpl::Attach(const QString& session_id) {
   send("Runtime.runIfWaitingForDebugger", {});
 }
 
+QString BrowserImpl::SessionForFrame(const QString& frame_id) const {
+  return frame_sessions_->SessionFor(frame_id);
+}
+
 QJsonObject BrowserImpl::UserAgentOverride() const {
   QJsonObject agent{{"userAgent", chromium_->user_agent()}};
   const std::string languages = request_context_->accept_language_list();
@@ -460,7 +464,7 @@ void BrowserImpl::SendSessionCommand(const QString& session_id,
     return;
   }
   QString target = session_id.isEmpty() ? session_id_ : session_id;
-  // Answers to a frame session's pause or dialog go back to it.
+  // Answers to a frame session's pause go back to it.
   if (method.startsWith(QLatin1String("Fetch."))) {
     auto paused =
         fetch_sessions_.find(params.value(QLatin1String("requestId")).toString());
@@ -470,9 +474,6 @@ void BrowserImpl::SendSessionCommand(const QString& session_id,
         fetch_sessions_.erase(paused);
       }
     }
-  } else if (method == QLatin1String("Page.handleJavaScriptDialog") &&
-             !dialog_session_.isEmpty()) {
-    target = dialog_session_;
   }
   devtools_->sendCommand(method, params, target, std::move(counted),
                          HangMonitor::CommandDeadline());
@@ -604,9 +605,6 @@ void BrowserImpl::OnProtocolEvent(const QString& method,
     std::lock_guard<std::mutex> lock(mutex_);
     fetch_sessions_[params.value(QLatin1String("requestId")).toString()] =
         session_id;
-  } else if (method == QLatin1String("Page.javascriptDialogOpening")) {
-    std::lock_guard<std::mutex> lock(mutex_);
-    dialog_session_ = from_frame ? session_id : QString();
   }
   event_session_ = from_frame ? session_id : QString();
   DispatchEvent(method, params);
@@ -661,6 +659,27 @@ void BrowserImpl::OnChromiumGone(cef_termination_status_t status,
   }
 }
 
+void BrowserImpl::DropPage() {
+  if (!IsValid() || IsGone()) {
+    return;
+  }
+  CefRefPtr<BrowserImpl> self(this);
+  const QString target = target_id_;
+  std::shared_ptr<DevToolsSession> session = chromium_->session();
+  // Its routes go first: the page's end is not the browser's.
+  Detach();
+  if (session && !target.isEmpty()) {
+    session->sendCommand(QStringLiteral("Target.closeTarget"),
+                         QJsonObject{{"targetId", target}}, QString(), {});
+  }
+  CefRefPtr<CefClient> client = this->client();
+  if (CefRefPtr<CefRequestHandler> request =
+          client ? client->GetRequestHandler() : nullptr) {
+    request->OnRenderProcessTerminated(this, TS_PROCESS_WAS_KILLED, 0,
+                                       "renderer killed");
+  }
+}
+
 void BrowserImpl::Detach() {
   std::vector<QueuedCommand> queued;
   std::map<QString, CefRefPtr<FrameImpl>> subframes;
@@ -674,7 +693,6 @@ void BrowserImpl::Detach() {
     devtools_.reset();
     session_id_.clear();
     fetch_sessions_.clear();
-    dialog_session_.clear();
     queued.swap(queued_);
     // The main frame stays, so that its LoadURL can bring the page back.
     subframes.swap(frames_);

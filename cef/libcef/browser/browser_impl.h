@@ -93,6 +93,9 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
                           const QString& method,
                           const QJsonObject& params,
                           CommandCallback callback = {});
+  // The session serving |frame_id|: an out-of-process frame's, else empty
+  // for the page's own. Engine UI thread.
+  QString SessionForFrame(const QString& frame_id) const;
   // The frame session whose event is being handled, empty for the page's
   // own. Engine UI thread, inside OnProtocolEvent.
   const QString& event_session() const { return event_session_; }
@@ -148,6 +151,10 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   DragSource* drag_source() const { return drag_source_.get(); }
   // Where the last mouse event was sent, in view coordinates. Any thread.
   CefPoint last_mouse_point() const;
+  // Closes a page whose renderer cannot even be crashed, reports it killed,
+  // and leaves the browser for Reload or LoadURL to give a new page.
+  // Engine UI thread.
+  void DropPage();
   // A beforeunload dialog ended: a non-forced close goes on or, denied,
   // is called off. Engine UI thread.
   void OnUnloadAnswered(bool allowed);
@@ -333,7 +340,8 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   // Makes the page target, in a Chromium started if need be, and loads
   // |url| (none when empty) once it is attached.
   bool Start(bool sync, const std::string& url);
-  // Lets go of a page whose Chromium is gone; the browser stays.
+  // Lets go of a page whose Chromium is gone, or that was dropped; the
+  // browser stays.
   void Detach();
   // A new page for a browser whose Chromium went, showing |url|.
   void Revive(const std::string& url);
@@ -436,10 +444,9 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   // Chromium went and no new page was asked for yet.
   bool gone_ = false;
   std::vector<QueuedCommand> queued_;
-  // Frame sessions that paused a request (by its Fetch id) or opened the
-  // script dialog: the answer goes there.
+  // Frame sessions that paused a request, by its Fetch id: the answer goes
+  // there.
   std::map<QString, QString> fetch_sessions_;
-  QString dialog_session_;
   // Page commands queued or sent and not ended yet.
   int commands_in_flight_ = 0;
   bool warned_command_limit_ = false;

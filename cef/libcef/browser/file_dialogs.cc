@@ -219,7 +219,9 @@ void FileDialogs::OnChooserOpened(const QJsonObject& params) {
   // The attributes as the element has them, out of reach of page scripts.
   CefRefPtr<BrowserImpl> browser(browser_);
   const int serial = chooser.serial;
-  browser_->SendPageCommand(
+  // Node ids belong to the session of the chooser's frame.
+  browser_->SendSessionCommand(
+      browser_->SessionForFrame(chooser.frame_id),
       QStringLiteral("DOM.describeNode"), QJsonObject{{"backendNodeId", node}},
       [browser, serial](const QJsonObject& result, const QJsonObject& error) {
         if (browser->IsValid()) {
@@ -346,7 +348,8 @@ void FileDialogs::Finish(Pending dialog, std::vector<QString> paths) {
   if (files.isEmpty()) {
     return;  // Cancelled: the input keeps what it had.
   }
-  browser_->SendPageCommand(
+  browser_->SendSessionCommand(
+      browser_->SessionForFrame(dialog.frame_id),
       QStringLiteral("DOM.setFileInputFiles"),
       QJsonObject{{"files", files}, {"backendNodeId", dialog.backend_node_id}},
       [](const QJsonObject&, const QJsonObject& error) {

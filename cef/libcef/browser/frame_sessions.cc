@@ -41,6 +41,7 @@ void FrameSessions::OnAttached(const QJsonObject& params) {
   // As the page's own session, less what only a page has (its view, title
   // and focus).
   send("Page.enable", {});
+  send("Page.setInterceptFileChooserDialog", {{"enabled", true}});
   send("Runtime.enable", {});
   send("Network.enable", {});
   send("Log.enable", {});

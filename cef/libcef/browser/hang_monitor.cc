@@ -182,6 +182,20 @@ void HangMonitor::Terminate(int report) {
   // never answers.
   session->sendCommand(QStringLiteral("Page.crash"), {}, session_id, {},
                        ProbeDeadline());
+  CefRefPtr<BrowserImpl> browser(browser_);
+  const int generation = generation_;
+  PostUiTask(
+      [browser, generation] {
+        HangMonitor* self = browser->hang_monitor();
+        if (!browser->IsValid() || self->generation_ != generation ||
+            !self->terminating_) {
+          return;
+        }
+        // A renderer that takes nothing at all (a stopped process) does not
+        // crash either: its page goes instead, which ends the process.
+        browser->DropPage();
+      },
+      ProbeDeadline().count());
 }
 
 }  // namespace cefengine
