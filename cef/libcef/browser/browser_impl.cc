@@ -100,11 +100,35 @@ CefRefPtr<BrowserImpl> BrowserImpl::Create(CreateParams params, bool sync) {
 
 bool BrowserImpl::Start(bool sync) {
   UpdateViewFromClient();
-  if (!chromium_->EnsureStarted(device_scale_factor())) {
-    LOG(ERROR) << "CefBrowserHost::CreateBrowser: no Chromium to show "
-               << (initial_url_.empty() ? "the page" : initial_url_);
-    return false;
+  if (sync) {
+    // The caller asked to wait: the page exists when this returns.
+    if (!chromium_->EnsureStarted(device_scale_factor())) {
+      LOG(ERROR) << "CefBrowserHost::CreateBrowserSync: no Chromium to show "
+                 << (initial_url_.empty() ? "the page" : initial_url_);
+      return false;
+    }
+    return CreateTarget(true);
   }
+  // Chromium may still be starting (it starts with the engine): the page is
+  // made once it runs, and the engine UI thread goes on meanwhile.
+  CefRefPtr<BrowserImpl> self(this);
+  chromium_->WhenStarted(device_scale_factor(), [self](bool started) {
+    if (!started) {
+      LOG(ERROR) << "CefBrowserHost::CreateBrowser: no Chromium to show "
+                 << (self->initial_url_.empty() ? "the page"
+                                                : self->initial_url_);
+      self->Destroy(false);
+      return;
+    }
+    // Closed while Chromium started.
+    if (self->IsValid()) {
+      self->CreateTarget(false);
+    }
+  });
+  return true;
+}
+
+bool BrowserImpl::CreateTarget(bool sync) {
   {
     std::lock_guard<std::mutex> lock(mutex_);
     chromium_scale_factor_ = chromium_->scale_factor();
@@ -113,6 +137,14 @@ bool BrowserImpl::Start(bool sync) {
     Navigate(QString(), initial_url_);
   }
   std::shared_ptr<DevToolsSession> session = chromium_->session();
+  if (!session) {
+    // Died in the instant since it answered.
+    LOG(ERROR) << "CefBrowserHost::CreateBrowser: Chromium went away";
+    if (!sync) {
+      Destroy(false);
+    }
+    return false;
+  }
   const CefSize size = view_size();
   const QJsonObject params{{"url", "about:blank"},
                            {"width", size.width},

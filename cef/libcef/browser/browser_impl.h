@@ -295,6 +295,8 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
 
   // Engine UI thread from here on.
   bool Start(bool sync);
+  // Once Chromium runs: asks it for the page. False if it cannot.
+  bool CreateTarget(bool sync);
   // The page target is this browser's: routes and the main frame.
   void RegisterTarget(const QString& target_id);
   // A target of our own making: waits for Chromium to attach it.
