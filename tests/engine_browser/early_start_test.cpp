@@ -2,7 +2,10 @@
 // it running, a browser that needs another one gets it, and the engine UI
 // thread goes on while Chromium comes up.
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
 #include <signal.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <QDir>
@@ -44,6 +47,17 @@ bool GoneWithin20s(pid_t pid) {
   return false;
 }
 
+bool Listening(int port) {
+  const int fd = socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(port);
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  const bool connected = connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof(address)) == 0;
+  close(fd);
+  return connected;
+}
+
 // A view on a screen of another density.
 class ScaledClient : public TestClient {
  public:
@@ -75,9 +89,11 @@ TEST(EarlyStart, BrowserOfAnotherFactorOrCachePathGetsItsOwnChromium) {
   if (!ChromiumAvailable()) GTEST_SKIP() << "no Chromium installed";
   RunInFreshProcess([] {
     QTemporaryDir root;
+    const int port = UnusedPort();
     ASSERT_TRUE(StartEngine([&](CefSettings& settings) {
       CefString(&settings.root_cache_path) = root.path().toStdString();
       CefString(&settings.cache_path) = root.filePath("global").toStdString();
+      settings.remote_debugging_port = port;
     }));
     const pid_t early = WaitForGlobalChromium();
     ASSERT_GT(early, 0);
@@ -91,6 +107,7 @@ TEST(EarlyStart, BrowserOfAnotherFactorOrCachePathGetsItsOwnChromium) {
     const pid_t global = Impl(sharp)->devtools()->pid();
     EXPECT_NE(global, early);
     EXPECT_TRUE(GoneWithin20s(early));
+    EXPECT_TRUE(Listening(port)) << "the debugging port went to the new one";
 
     // Once a browser took it, the factor stays; a browser of 1 is zoomed.
     CefRefPtr<TestClient> client = new TestClient;

@@ -97,8 +97,10 @@ std::vector<std::string> ChromiumInstance::Switches() const {
 void ChromiumInstance::AddDebuggingSwitches(
     std::vector<std::string>* switches) {
   const int port = Context::Get()->settings().remote_debugging_port;
+  // A Chromium started again (after its death, or at another factor) keeps
+  // the port of the one before, which is gone by now.
   if (port >= 1024 && port <= 65535 &&
-      BrowserRegistry::Get().ClaimRemoteDebugging()) {
+      (holds_debug_port_ || BrowserRegistry::Get().ClaimRemoteDebugging())) {
     holds_debug_port_ = true;
     switches->push_back("remote-debugging-port=" + std::to_string(port));
     switches->push_back("remote-debugging-address=127.0.0.1");
