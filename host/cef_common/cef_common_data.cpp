@@ -53,7 +53,9 @@ void CefCommonData::populateSettings(CefStructBase<CefSettingsTraits>& settings)
     if (!root.empty())
     {
         CefString(&settings.root_cache_path) = root;
-        CefString(&settings.cache_path) = root + u"/default";
+        // The global context keeps its data where views without a path of their own keep theirs, so
+        // that both share one Chromium, which the engine starts ahead of the first view.
+        CefString(&settings.cache_path) = root;
         CefString(&settings.log_file) = root + u"/engine.log";
     }
     CefString(&settings.locale) = "en-US";

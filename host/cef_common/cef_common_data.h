@@ -32,7 +32,7 @@ public:
     void setCommandLineCustomizer(CommandLineCustomizer customizer);
 
     // Fills in what the host wants of the engine: off-screen rendering, no sandbox, the cache
-    // root with the global context's cache below it ("<root>/default"), the engine's log
+    // root, also the global context's cache (where views keep theirs by default), the engine's log
     // severity after BROVIA_LOG_LEVEL and its log file "<root>/engine.log", locale "en-US",
     // and the debugging port, browser program and accepted languages if the options give them.
     // The message loop fields are left alone.

@@ -49,7 +49,7 @@ TEST(CefCommonData, PopulatesSettingsFromTheOptions)
     ASSERT_FALSE(fixedRoot.empty());
     EXPECT_EQ(CefString(&settings.root_cache_path).ToString16(), fixedRoot);
     EXPECT_TRUE(QDir(QString::fromStdU16String(fixedRoot)).exists());
-    EXPECT_EQ(CefString(&settings.cache_path).ToString16(), fixedRoot + u"/default");
+    EXPECT_EQ(CefString(&settings.cache_path).ToString16(), fixedRoot);
     EXPECT_EQ(CefString(&settings.locale).ToString(), "en-US");
     EXPECT_EQ(settings.log_severity, LOGSEVERITY_ERROR);
     EXPECT_EQ(settings.remote_debugging_port, 9333);

@@ -128,11 +128,40 @@ CefRefPtr<BrowserImpl> BrowserImpl::Create(CreateParams params, bool sync) {
 
 bool BrowserImpl::Start(bool sync, const std::string& url) {
   UpdateViewFromClient();
-  if (!chromium_->EnsureStarted(device_scale_factor())) {
-    LOG(ERROR) << "CefBrowserHost::CreateBrowser: no Chromium to show "
-               << (initial_url_.empty() ? "the page" : initial_url_);
-    return false;
+  if (sync) {
+    // The caller asked to wait: the page exists when this returns.
+    if (!chromium_->EnsureStarted(device_scale_factor())) {
+      LOG(ERROR) << "CefBrowserHost::CreateBrowserSync: no Chromium to show "
+                 << (initial_url_.empty() ? "the page" : initial_url_);
+      return false;
+    }
+    return CreateTarget(true, url);
   }
+  // Chromium may still be starting (it starts with the engine): the page is
+  // made once it runs, and the engine UI thread goes on meanwhile.
+  CefRefPtr<BrowserImpl> self(this);
+  chromium_->WhenStarted(device_scale_factor(), [self, url](bool started) {
+    if (!started) {
+      LOG(ERROR) << "CefBrowserHost::CreateBrowser: no Chromium to show "
+                 << (self->initial_url_.empty() ? "the page"
+                                                : self->initial_url_);
+      // A browser the client already has waits for the next try.
+      if (self->after_created_) {
+        self->Detach();
+      } else {
+        self->Destroy(false);
+      }
+      return;
+    }
+    // Closed while Chromium started.
+    if (self->IsValid()) {
+      self->CreateTarget(false, url);
+    }
+  });
+  return true;
+}
+
+bool BrowserImpl::CreateTarget(bool sync, const std::string& url) {
   {
     std::lock_guard<std::mutex> lock(mutex_);
     chromium_scale_factor_ = chromium_->scale_factor();
@@ -141,6 +170,14 @@ bool BrowserImpl::Start(bool sync, const std::string& url) {
     Navigate(QString(), url);
   }
   std::shared_ptr<DevToolsSession> session = chromium_->session();
+  if (!session) {
+    // Died in the instant since it answered.
+    LOG(ERROR) << "CefBrowserHost::CreateBrowser: Chromium went away";
+    if (!sync) {
+      Destroy(false);
+    }
+    return false;
+  }
   const CefSize size = view_size();
   const QJsonObject params{{"url", "about:blank"},
                            {"width", size.width},

@@ -340,6 +340,8 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   // Makes the page target, in a Chromium started if need be, and loads
   // |url| (none when empty) once it is attached.
   bool Start(bool sync, const std::string& url);
+  // Once Chromium runs: asks it for the page. False if it cannot.
+  bool CreateTarget(bool sync, const std::string& url);
   // Lets go of a page whose Chromium is gone, or that was dropped; the
   // browser stays.
   void Detach();

@@ -3,7 +3,11 @@
 #include <utility>
 #include <vector>
 
+#include <QString>
+
+#include "include/cef_command_line.h"
 #include "libcef/browser/browser_impl.h"
+#include "libcef/browser/chromium_instance.h"
 #include "libcef/browser/context_storage.h"
 #include "libcef/browser/request_context_impl.h"
 #include "libcef/context.h"
@@ -60,6 +64,53 @@ CefRefPtr<RequestContextImpl> BrowserRegistry::GlobalContext() {
     global_context_ = created;
   }
   return global_context_;
+}
+
+namespace {
+
+// The factor an application forces on its pages, if any: the one the first
+// browser most likely paints at.
+float ForcedScaleFactor() {
+  CefRefPtr<CefCommandLine> command_line =
+      CefCommandLine::GetGlobalCommandLine();
+  if (!command_line ||
+      !command_line->HasSwitch("force-device-scale-factor")) {
+    return 1;
+  }
+  bool ok = false;
+  const float scale =
+      QString::fromStdString(
+          command_line->GetSwitchValue("force-device-scale-factor").ToString())
+          .toFloat(&ok);
+  return ok && scale > 0 ? scale : 1;
+}
+
+}  // namespace
+
+void BrowserRegistry::StartEarly() {
+  CefRefPtr<RequestContextImpl> global = GlobalContext();
+  if (!global) {
+    return;
+  }
+  std::shared_ptr<ChromiumInstance> chromium = global->storage()->chromium;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    early_ = chromium;
+  }
+  chromium->StartInBackground(ForcedScaleFactor());
+}
+
+void BrowserRegistry::SettleEarlyStart(const ChromiumInstance* starting) {
+  std::shared_ptr<ChromiumInstance> early;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    early = early_.lock();
+    if (!early || early.get() == starting) {
+      return;
+    }
+    early_.reset();
+  }
+  early->StopIfUnused();
 }
 
 void BrowserRegistry::Shutdown() {

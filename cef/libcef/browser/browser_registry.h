@@ -14,6 +14,7 @@
 namespace cefengine {
 
 class BrowserImpl;
+class ChromiumInstance;
 class RequestContextImpl;
 struct ContextStorage;
 
@@ -38,7 +39,19 @@ class BrowserRegistry {
   CefRefPtr<RequestContextImpl> GlobalContext();
 
   // True for the first caller only: one Chromium may listen on the port.
+  // Given back by a Chromium that goes unused.
   bool ClaimRemoteDebugging() { return !remote_debugging_claimed_.exchange(true); }
+  void ReleaseRemoteDebugging() { remote_debugging_claimed_ = false; }
+
+  // CefInitialize: starts the global context's Chromium in the background,
+  // so that the first browser need not wait for it. Any thread.
+  void StartEarly();
+  // Called by each Chromium about to start: when the first one is another
+  // than the one started early, and no browser took that one yet, it is
+  // stopped, which gives its resources and the debugging port to the
+  // storage that is used. Blocks the caller (a start thread) while that
+  // Chromium still starts or stops.
+  void SettleEarlyStart(const ChromiumInstance* starting);
 
  private:
   BrowserRegistry() = default;
@@ -54,6 +67,8 @@ class BrowserRegistry {
   CefRefPtr<RequestContextImpl> global_context_;
   std::atomic<int> last_browser_id_{0};
   std::atomic<bool> remote_debugging_claimed_{false};
+  // The Chromium StartEarly started, until the first start elsewhere.
+  std::weak_ptr<ChromiumInstance> early_;
 };
 
 }  // namespace cefengine

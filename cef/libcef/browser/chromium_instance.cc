@@ -1,5 +1,7 @@
 #include "libcef/browser/chromium_instance.h"
 
+#include <pthread.h>
+
 #include <chrono>
 #include <set>
 #include <utility>
@@ -46,11 +48,21 @@ cef_termination_status_t TerminationStatus(int signal) {
 ChromiumInstance::ChromiumInstance(std::string cache_path)
     : cache_path_(std::move(cache_path)) {}
 
-ChromiumInstance::~ChromiumInstance() = default;
+ChromiumInstance::~ChromiumInstance() {
+  // Shutdown joined it, unless the engine never shut down.
+  if (starter_.joinable()) {
+    starter_.detach();
+  }
+}
 
 std::shared_ptr<DevToolsSession> ChromiumInstance::session() const {
-  std::lock_guard<std::mutex> lock(session_mutex_);
+  std::lock_guard<std::mutex> lock(mutex_);
   return session_;
+}
+
+QString ChromiumInstance::user_agent() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return user_agent_;
 }
 
 std::vector<std::string> ChromiumInstance::Switches() const {
@@ -71,25 +83,130 @@ std::vector<std::string> ChromiumInstance::Switches() const {
       switches.push_back(value.empty() ? key : key + "=" + value.ToString());
     }
   }
-  const int port = Context::Get()->settings().remote_debugging_port;
-  if (port >= 1024 && port <= 65535 &&
-      BrowserRegistry::Get().ClaimRemoteDebugging()) {
-    switches.push_back("remote-debugging-port=" + std::to_string(port));
-    switches.push_back("remote-debugging-address=127.0.0.1");
-  }
   return switches;
 }
 
-bool ChromiumInstance::EnsureStarted(float device_scale_factor) {
-  if (shut_down_) {
-    return false;
+void ChromiumInstance::AddDebuggingSwitches(
+    std::vector<std::string>* switches) {
+  const int port = Context::Get()->settings().remote_debugging_port;
+  // A Chromium started again (after its death, or at another factor) keeps
+  // the port of the one before, which is gone by now.
+  if (port >= 1024 && port <= 65535 &&
+      (holds_debug_port_ || BrowserRegistry::Get().ClaimRemoteDebugging())) {
+    holds_debug_port_ = true;
+    switches->push_back("remote-debugging-port=" + std::to_string(port));
+    switches->push_back("remote-debugging-address=127.0.0.1");
   }
-  if (std::shared_ptr<DevToolsSession> running = session()) {
-    if (running->isConnected()) {
-      return true;
+}
+
+bool ChromiumInstance::RunningLocked() const {
+  return session_ && session_->isConnected();
+}
+
+void ChromiumInstance::StartInBackground(float device_scale_factor) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  if (shut_down_ || starting_ || RunningLocked()) {
+    return;
+  }
+  BeginStartLocked(device_scale_factor, nullptr);
+}
+
+void ChromiumInstance::WhenStarted(float device_scale_factor,
+                                   std::function<void(bool)> done) {
+  const float scale = device_scale_factor > 0 ? device_scale_factor : 1;
+  std::unique_lock<std::mutex> lock(mutex_);
+  if (shut_down_) {
+    lock.unlock();
+    done(false);
+    return;
+  }
+  if (!starting_ && RunningLocked()) {
+    if (claimed_ || scale == scale_factor_.load()) {
+      claimed_ = true;
+      lock.unlock();
+      done(true);
+      return;
+    }
+    // Started ahead of any browser at another factor: nobody uses it yet,
+    // so the first browser gets the factor it paints at.
+    std::shared_ptr<DevToolsSession> unused;
+    unused.swap(session_);
+    BeginStartLocked(scale, std::move(unused));
+  } else if (!starting_) {
+    BeginStartLocked(scale, nullptr);
+  }
+  // Asked again once the start ended, which then settles the factor.
+  std::weak_ptr<ChromiumInstance> weak = shared_from_this();
+  start_waiters_.push_back(
+      [weak, scale, done = std::move(done)](bool started) {
+        std::shared_ptr<ChromiumInstance> self = weak.lock();
+        if (self && started) {
+          self->WhenStarted(scale, done);
+        } else {
+          done(false);
+        }
+      });
+}
+
+bool ChromiumInstance::EnsureStarted(float device_scale_factor) {
+  const float scale = device_scale_factor > 0 ? device_scale_factor : 1;
+  std::unique_lock<std::mutex> lock(mutex_);
+  for (;;) {
+    if (shut_down_) {
+      return false;
+    }
+    if (!starting_) {
+      if (RunningLocked() && (claimed_ || scale == scale_factor_.load())) {
+        claimed_ = true;
+        return true;
+      }
+      std::shared_ptr<DevToolsSession> unused;
+      unused.swap(session_);
+      BeginStartLocked(scale, std::move(unused));
+    }
+    const float asked = start_scale_;
+    start_ended_.wait(lock, [this] { return !starting_; });
+    if (!RunningLocked() && asked == scale) {
+      return false;
     }
   }
+}
 
+void ChromiumInstance::BeginStartLocked(
+    float device_scale_factor,
+    std::shared_ptr<DevToolsSession> previous) {
+  starting_ = true;
+  start_scale_ = device_scale_factor > 0 ? device_scale_factor : 1;
+  std::weak_ptr<ChromiumInstance> weak = shared_from_this();
+  std::thread earlier = std::move(starter_);
+  // Read here: the application's command line may be gone by the time a
+  // start runs at the process's exit.
+  std::vector<std::string> switches = Switches();
+  starter_ = std::thread([weak, earlier = std::move(earlier),
+                          previous = std::move(previous),
+                          switches = std::move(switches),
+                          scale = start_scale_]() mutable {
+    pthread_setname_np(pthread_self(), "CefChromiumStart");
+    if (earlier.joinable()) {
+      earlier.join();
+    }
+    if (previous) {
+      previous->stop(kStopTimeout);
+      previous.reset();
+    }
+    std::shared_ptr<ChromiumInstance> self = weak.lock();
+    if (!self) {
+      return;
+    }
+    self->FinishStart(self->Launch(scale, std::move(switches)), scale);
+  });
+}
+
+ChromiumInstance::Launched ChromiumInstance::Launch(
+    float device_scale_factor,
+    std::vector<std::string> switches) {
+  BrowserRegistry::Get().SettleEarlyStart(this);
+  AddDebuggingSwitches(&switches);
   std::string user_data_dir = cache_path_;
   if (user_data_dir.empty()) {
     if (!temp_dir_) {
@@ -99,33 +216,38 @@ bool ChromiumInstance::EnsureStarted(float device_scale_factor) {
     if (!temp_dir_->isValid()) {
       LOG(ERROR) << "Cannot create a temporary Chromium profile: "
                  << temp_dir_->errorString().toStdString();
-      return false;
+      return {};
     }
     user_data_dir = temp_dir_->path().toStdString();
   } else if (!QDir().mkpath(QString::fromStdString(user_data_dir))) {
     LOG(ERROR) << "Cannot create the cache directory " << user_data_dir;
-    return false;
+    return {};
   }
 
   ChromiumProcess::Options options;
   options.program = Context::Get()->chromium_path();
   options.userDataDir = user_data_dir;
-  options.deviceScaleFactor = device_scale_factor > 0 ? device_scale_factor : 0;
-  options.extraSwitches = Switches();
+  options.deviceScaleFactor = device_scale_factor;
+  options.extraSwitches = std::move(switches);
 
   auto session = std::make_shared<DevToolsSession>(
       [](std::function<void()> task) { PostUiTask(std::move(task)); });
   std::weak_ptr<ChromiumInstance> weak = shared_from_this();
-  session->subscribeAll([weak](const QString& method, const QJsonObject& params,
-                               const QString& session_id) {
+  const DevToolsSession* from = session.get();
+  session->subscribeAll([weak, from](const QString& method,
+                                     const QJsonObject& params,
+                                     const QString& session_id) {
     if (std::shared_ptr<ChromiumInstance> self = weak.lock()) {
-      self->OnEvent(method, params, session_id);
+      self->OnEvent(from, method, params, session_id);
     }
   });
+  if (shut_down_) {
+    return {};
+  }
   std::string error;
   if (!session->start(options, &error)) {
     LOG(ERROR) << "Cannot start Chromium: " << error;
-    return false;
+    return {};
   }
   const DevToolsReply version = session->sendCommandSync(
       QStringLiteral("Browser.getVersion"), {}, QString(), kStartTimeout);
@@ -135,18 +257,19 @@ bool ChromiumInstance::EnsureStarted(float device_scale_factor) {
                       .toString()
                       .toStdString();
     session->stop(kStopTimeout);
-    return false;
+    return {};
   }
 
   const std::string configured =
       CefString(&Context::Get()->settings().user_agent).ToString();
-  user_agent_ = configured.empty()
-                    ? version.result.value(QLatin1String("userAgent"))
-                          .toString()
-                          .replace(QLatin1String("HeadlessChrome/"),
-                                   QLatin1String("Chrome/"))
-                    : QString::fromStdString(configured);
-  scale_factor_ = device_scale_factor > 0 ? device_scale_factor : 1;
+  Launched launched;
+  launched.user_agent =
+      configured.empty()
+          ? version.result.value(QLatin1String("userAgent"))
+                .toString()
+                .replace(QLatin1String("HeadlessChrome/"),
+                         QLatin1String("Chrome/"))
+          : QString::fromStdString(configured);
 
   // Every new page, ours or a popup, is attached and held before it runs,
   // so that no event of its first load is missed.
@@ -159,12 +282,62 @@ bool ChromiumInstance::EnsureStarted(float device_scale_factor) {
                   {"flatten", true},
                   {"filter", QJsonArray{QJsonObject{{"type", "page"}}}}},
       QString(), {});
-  StartDownloads(session.get());
+  launched.session = std::move(session);
+  return launched;
+}
+
+void ChromiumInstance::FinishStart(Launched launched,
+                                   float device_scale_factor) {
+  std::vector<std::function<void(bool)>> waiters;
+  bool started;
   {
-    std::lock_guard<std::mutex> lock(session_mutex_);
-    session_ = std::move(session);
+    std::lock_guard<std::mutex> lock(mutex_);
+    started = launched.session && !shut_down_;
+    if (started) {
+      session_ = std::move(launched.session);
+      user_agent_ = launched.user_agent;
+      scale_factor_ = device_scale_factor;
+      claimed_ = false;
+      // Ahead of the waiters, so that no page exists before downloads are
+      // set up.
+      std::weak_ptr<ChromiumInstance> weak = shared_from_this();
+      PostUiTask([weak, session = session_] {
+        if (std::shared_ptr<ChromiumInstance> self = weak.lock()) {
+          self->StartDownloads(session.get());
+        }
+      });
+    }
+    starting_ = false;
+    waiters.swap(start_waiters_);
   }
-  return true;
+  start_ended_.notify_all();
+  if (launched.session) {
+    // Shut down meanwhile.
+    launched.session->stop(kStopTimeout);
+  }
+  if (!waiters.empty()) {
+    PostUiTask([waiters = std::move(waiters), started] {
+      for (const std::function<void(bool)>& waiter : waiters) {
+        waiter(started);
+      }
+    });
+  }
+}
+
+void ChromiumInstance::StopIfUnused() {
+  std::shared_ptr<DevToolsSession> unused;
+  {
+    std::unique_lock<std::mutex> lock(mutex_);
+    start_ended_.wait(lock, [this] { return !starting_; });
+    if (claimed_ || !session_) {
+      return;
+    }
+    unused.swap(session_);
+  }
+  unused->stop(kStopTimeout);
+  if (holds_debug_port_.exchange(false)) {
+    BrowserRegistry::Get().ReleaseRemoteDebugging();
+  }
 }
 
 void ChromiumInstance::StartDownloads(DevToolsSession* session) {
@@ -243,14 +416,15 @@ BrowserImpl* ChromiumInstance::BrowserForTarget(const QString& target_id) const 
   return it == targets_.end() ? nullptr : it->second;
 }
 
-void ChromiumInstance::OnEvent(const QString& method,
+void ChromiumInstance::OnEvent(const DevToolsSession* from,
+                               const QString& method,
                                const QJsonObject& params,
                                const QString& session_id) {
   if (shut_down_) {
     return;
   }
   if (method == QLatin1String(DevToolsSession::kDisconnectedEvent)) {
-    OnDisconnected(params);
+    OnDisconnected(from, params);
     return;
   }
   if (!session_id.isEmpty()) {
@@ -345,14 +519,19 @@ void ChromiumInstance::DiscardTarget(const QString& target_id,
                        QJsonObject{{"targetId", target_id}}, QString(), {});
 }
 
-void ChromiumInstance::OnDisconnected(const QJsonObject& params) {
+void ChromiumInstance::OnDisconnected(const DevToolsSession* from,
+                                      const QJsonObject& params) {
   const int exit_code = params.value(QLatin1String("exitCode")).toInt();
   const int signal = params.value(QLatin1String("signal")).toInt();
   const std::string status =
       params.value(QLatin1String("status")).toString().toStdString();
   std::shared_ptr<DevToolsSession> dead;
   {
-    std::lock_guard<std::mutex> lock(session_mutex_);
+    // A Chromium replaced or given up on by a start ends unnoticed.
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (session_.get() != from) {
+      return;
+    }
     dead.swap(session_);
   }
   if (!dead) {
@@ -376,11 +555,18 @@ void ChromiumInstance::OnDisconnected(const QJsonObject& params) {
 }
 
 void ChromiumInstance::Shutdown() {
-  shut_down_ = true;
   std::shared_ptr<DevToolsSession> running;
+  std::thread starter;
   {
-    std::lock_guard<std::mutex> lock(session_mutex_);
+    std::lock_guard<std::mutex> lock(mutex_);
+    shut_down_ = true;
     running.swap(session_);
+    starter = std::move(starter_);
+  }
+  // A start under way ends by itself (normally well under a second) and
+  // stops the Chromium it made, seeing the engine go.
+  if (starter.joinable()) {
+    starter.join();
   }
   if (running) {
     running->stop(kStopTimeout);

@@ -5,11 +5,13 @@
 #define CEF_LIBCEF_BROWSER_CHROMIUM_INSTANCE_H_
 
 #include <atomic>
+#include <condition_variable>
 #include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <QJsonObject>
@@ -35,11 +37,22 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
   ChromiumInstance(const ChromiumInstance&) = delete;
   ChromiumInstance& operator=(const ChromiumInstance&) = delete;
 
-  // Starts Chromium unless it runs: spawns it with the application's
-  // switches and waits for its first answer (blocks, normally well under a
-  // second, 20 s at most). |device_scale_factor| > 0 is forced on the
-  // process. False, with the reason logged, if it cannot run. After Chromium
-  // died the next call starts a new one. Engine UI thread.
+  // Starts Chromium on a thread of its own unless it runs or is starting,
+  // with |device_scale_factor| (> 0) forced on the process. Never blocks.
+  // Any thread.
+  void StartInBackground(float device_scale_factor);
+
+  // Calls |done| on the engine UI thread once Chromium runs (true) or could
+  // not start (false, the reason logged); starts it first if need be. At
+  // once when it already runs. A Chromium that no browser used yet and paints
+  // at another factor is replaced by one at |device_scale_factor|; once a
+  // browser used it, later ones take it as it is. After Chromium died the
+  // next call starts a new one. Engine UI thread; never blocks it.
+  void WhenStarted(float device_scale_factor, std::function<void(bool)> done);
+
+  // WhenStarted for the synchronous browser creation: blocks the caller
+  // until Chromium runs (20 s at most). False if it cannot run. Engine UI
+  // thread.
   bool EnsureStarted(float device_scale_factor);
 
   // The running session, or null. Any thread.
@@ -47,8 +60,8 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
   // The scale Chromium was started with (1 when none was asked). Any thread.
   float scale_factor() const { return scale_factor_.load(); }
   // The user agent pages get: Chromium's own without "Headless", or the
-  // application's. Engine UI thread, once started.
-  const QString& user_agent() const { return user_agent_; }
+  // application's. Any thread, once started.
+  QString user_agent() const;
 
   // A browser's page target; its target events go to it from now on.
   // Engine UI thread.
@@ -65,8 +78,14 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
   // Engine UI thread.
   void DiscardTarget(const QString& target_id, const QString& session_id);
 
-  // CefShutdown, after the engine threads ended: stops Chromium (blocks for
-  // at most a few seconds) and removes a temporary profile.
+  // Stops a Chromium no browser took (see BrowserRegistry::StartEarly),
+  // after its start ended. Blocks the caller; not the engine UI thread.
+  void StopIfUnused();
+
+  // CefShutdown, after the engine threads ended: stops Chromium, after a
+  // start under way ended (blocks, normally for well under a second, 20 s
+  // at most for a Chromium that never answers), and removes a temporary
+  // profile.
   void Shutdown();
 
  private:
@@ -75,12 +94,14 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
     QJsonObject info;
   };
 
-  // Engine UI thread.
-  void OnEvent(const QString& method,
+  // Engine UI thread. |from| tells which Chromium spoke; it is compared,
+  // never used.
+  void OnEvent(const DevToolsSession* from,
+               const QString& method,
                const QJsonObject& params,
                const QString& session_id);
   void OnAttachedToTarget(const QJsonObject& params);
-  void OnDisconnected(const QJsonObject& params);
+  void OnDisconnected(const DevToolsSession* from, const QJsonObject& params);
   BrowserImpl* BrowserForTarget(const QString& target_id) const;
   // The browser showing frame |frame_id|, or null.
   BrowserImpl* BrowserForFrame(const QString& frame_id) const;
@@ -88,15 +109,46 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
   void StartDownloads(DevToolsSession* session);
   // Lets a page no browser claimed run on, detached.
   void ReleaseUnclaimed(const QString& target_id);
+  // The application's switches for Chromium; and the debugging port, to the
+  // first Chromium that asks.
   std::vector<std::string> Switches() const;
+  void AddDebuggingSwitches(std::vector<std::string>* switches);
+
+  // What a start on the starter thread ends with.
+  struct Launched {
+    std::shared_ptr<DevToolsSession> session;
+    QString user_agent;
+  };
+  // Runs on the starter thread: spawns Chromium and waits for its first
+  // answer (blocks, normally well under a second, 20 s at most).
+  Launched Launch(float device_scale_factor, std::vector<std::string> switches);
+  // Starts a new Chromium at |device_scale_factor| after stopping |previous|
+  // (if any), both on a new starter thread. Under mutex_.
+  void BeginStartLocked(float device_scale_factor,
+                        std::shared_ptr<DevToolsSession> previous);
+  // Starter thread: the start ended.
+  void FinishStart(Launched launched, float device_scale_factor);
+  bool RunningLocked() const;
 
   const std::string cache_path_;
   std::unique_ptr<QTemporaryDir> temp_dir_;
   std::unique_ptr<QTemporaryDir> download_dir_;
 
-  mutable std::mutex session_mutex_;
+  mutable std::mutex mutex_;
+  // Told when a start ends.
+  std::condition_variable start_ended_;
   std::shared_ptr<DevToolsSession> session_;
+  // A start under way.
+  bool starting_ = false;
+  float start_scale_ = 1;
+  // Whom to tell when the start under way ends; engine UI thread tasks.
+  std::vector<std::function<void(bool)>> start_waiters_;
+  // A browser took the running Chromium; its factor stays then.
+  bool claimed_ = false;
+  std::thread starter_;
   std::atomic<float> scale_factor_{1};
+  // This Chromium took the debugging port.
+  std::atomic<bool> holds_debug_port_{false};
   std::atomic<bool> shut_down_{false};
   QString user_agent_;
 

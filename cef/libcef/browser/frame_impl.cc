@@ -13,6 +13,13 @@
 
 namespace cefengine {
 
+namespace {
+
+// Messages the render side is taking on this thread.
+thread_local int tls_render_side_deliveries = 0;
+
+}  // namespace
+
 FrameImpl::FrameImpl(CefRefPtr<BrowserImpl> browser,
                      const QString& id,
                      const QString& parent_id)
@@ -185,15 +192,24 @@ void FrameImpl::SendProcessMessage(CefProcessId target_process,
     SendToBrowserProcess(browser_, self, message);
     return;
   }
-  // Queued, like a message that crosses to another process.
-  PostUiTask([self, message] {
+  auto deliver = [self, message] {
     if (!self->browser_->IsValid()) {
       return;
     }
     if (RenderSide* render_side = self->browser_->render_side()) {
+      ++tls_render_side_deliveries;
       render_side->OnProcessMessage(self->browser_.get(), self, message);
+      --tls_render_side_deliveries;
     }
-  });
+  };
+  // The render side only ever answers later, from the page: on the engine UI
+  // thread it takes the message at once, which spares a script a turn of the
+  // queue. Elsewhere, or from inside the render side, it is queued.
+  if (tls_render_side_deliveries == 0 && OnUiThread()) {
+    deliver();
+  } else {
+    PostUiTask(std::move(deliver));
+  }
 }
 
 }  // namespace cefengine

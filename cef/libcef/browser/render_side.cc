@@ -16,6 +16,9 @@ std::mutex& FactoryMutex() {
   return mutex;
 }
 
+// Deliveries to a client running on this thread.
+thread_local int tls_client_deliveries = 0;
+
 RenderSideFactory& Factory() {
   static RenderSideFactory factory;
   return factory;
@@ -39,15 +42,25 @@ void SendToBrowserProcess(CefRefPtr<BrowserImpl> browser,
   if (!browser || !message) {
     return;
   }
-  PostUiTask([browser, frame, message] {
+  auto deliver = [browser, frame, message] {
     if (!browser->IsValid()) {
       return;
     }
     if (CefRefPtr<CefClient> client = browser->client()) {
+      ++tls_client_deliveries;
       client->OnProcessMessageReceived(browser.get(), frame, PID_RENDERER,
                                        message);
+      --tls_client_deliveries;
     }
-  });
+  };
+  // At once when the render side answers on the engine UI thread (a script's
+  // result goes out without another turn of the queue), but never into a
+  // delivery that is still running.
+  if (tls_client_deliveries == 0 && OnUiThread()) {
+    deliver();
+  } else {
+    PostUiTask(std::move(deliver));
+  }
 }
 
 }  // namespace cefengine

@@ -40,7 +40,9 @@ class RenderSide {
     return false;
   }
 
-  // A message the client sent to the render process through |frame|.
+  // A message the client sent to the render process through |frame|; at
+  // once, while the client's send is still running. It must answer later
+  // only (SendToBrowserProcess from a protocol reply or event).
   virtual void OnProcessMessage(BrowserImpl* browser,
                                 CefRefPtr<CefFrame> frame,
                                 CefRefPtr<CefProcessMessage> message) {}
@@ -58,7 +60,8 @@ RenderSideFactory GetRenderSideFactory();
 
 // Hands |message| to the client of |browser| through
 // CefClient::OnProcessMessageReceived, as from the render process, on the
-// engine UI thread and never re-entrantly. Any thread.
+// engine UI thread and never re-entrantly: at once when called there outside
+// a delivery, else queued. Any thread.
 void SendToBrowserProcess(CefRefPtr<BrowserImpl> browser,
                           CefRefPtr<CefFrame> frame,
                           CefRefPtr<CefProcessMessage> message);
