@@ -270,6 +270,10 @@ void ChromiumInstance::OnEvent(const QString& method,
     OnAttachedToTarget(params);
     return;
   }
+  if (method == QLatin1String("Target.detachedFromTarget") &&
+      !sessions_.count(params.value(QLatin1String("sessionId")).toString())) {
+    return;  // an inspector's session, not the page's own
+  }
   if (method.startsWith(QLatin1String("Browser.download"))) {
     if (downloads_) {
       downloads_->OnEvent(method, params);
@@ -302,6 +306,9 @@ void ChromiumInstance::OnAttachedToTarget(const QJsonObject& params) {
       DiscardTarget(target_id, session_id);
     }
     return;
+  }
+  if (BrowserForTarget(target_id)) {
+    return;  // a second session on a shown page: an inspector's
   }
   auto waiter = waiters_.find(target_id);
   if (waiter == waiters_.end()) {
