@@ -307,10 +307,16 @@ void ChromiumInstance::OnAttachedToTarget(const QJsonObject& params) {
     }
     return;
   }
-  if (BrowserForTarget(target_id)) {
-    return;  // a second session on a shown page: an inspector's
-  }
   auto waiter = waiters_.find(target_id);
+  if (waiter == waiters_.end()) {
+    // A second session on a page that has its own: an inspector's.
+    BrowserImpl* shown = BrowserForTarget(target_id);
+    for (const auto& [session, browser] : sessions_) {
+      if (shown && browser == shown) {
+        return;
+      }
+    }
+  }
   if (waiter == waiters_.end()) {
     // Ours, with Target.createTarget's answer still on its way; or a page
     // someone else opened (remote debugging), let go after a while.
