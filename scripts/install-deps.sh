@@ -8,7 +8,7 @@ packages=(
   qtbase5-dev qtbase5-dev-tools libqt5opengl5-dev
   libboost1.81-dev libboost-log1.81-dev libboost-thread1.81-dev libboost-filesystem1.81-dev
   libgtest-dev libgmock-dev googletest libbenchmark-dev
-  chromium-headless-shell
+  chromium-headless-shell chromium libxcb1-dev x11-utils
   libssl-dev openssl libdeflate-dev media-types
   xvfb xauth fonts-dejavu-core
 )

@@ -29,6 +29,7 @@
 #include "libcef/browser/request_context_impl.h"
 #include "libcef/browser/script_dialogs.h"
 #include "libcef/browser/ui_task.h"
+#include "libcef/browser/devtools_window.h"
 #include "libcef/devtools/devtools_session.h"
 
 namespace cefengine {
@@ -948,6 +949,7 @@ void BrowserImpl::Destroy(bool close_target) {
   asking_unload_ = false;
   hang_monitor_->Reset();
   frame_sessions_->Clear();
+  CloseInspector();
   script_dialogs_->OnPageLeft();
   file_dialogs_->OnBrowserClosed();
   printing_->Release();
@@ -1003,6 +1005,7 @@ void BrowserImpl::ReleaseAfterShutdown() {
     drag_data_ = nullptr;
     devtools_.reset();
   }
+  CloseInspector();
   page_events_->Clear();
   script_dialogs_->Release();
   file_dialogs_->Release();
@@ -1533,22 +1536,44 @@ void BrowserImpl::ShowDevTools(const CefWindowInfo& windowInfo,
                                CefRefPtr<CefClient> client,
                                const CefBrowserSettings& settings,
                                const CefPoint& inspect_element_at) {
-  // The inspector is a window of its own, which headless Chromium cannot
-  // open: said once, and nothing else happens.
-  static std::atomic<bool> told{false};
-  if (!told.exchange(true)) {
-    LOG(WARNING) << "CefBrowserHost::ShowDevTools: "
-                 << (qEnvironmentVariableIsEmpty("DISPLAY")
-                         ? "no display to show the inspector on"
-                         : "the engine's Chromium has no inspector window")
-                 << "; nothing is opened";
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self] {
+    if (self->devtools_window_ || self->closing_ || self->target_id_.isEmpty()) {
+      return;
+    }
+    std::string why;
+    if (!DevToolsWindow::DisplayReachable(&why)) {
+      LOG(WARNING) << "CefBrowserHost::ShowDevTools: " << why
+                   << "; no inspector window is opened";
+      return;
+    }
+    BrowserImpl* raw = self.get();
+    self->devtools_window_ =
+        DevToolsWindow::Open(self->chromium_->session(), self->target_id_,
+                             [raw] {
+                               raw->devtools_window_.reset();
+                               raw->has_devtools_ = false;
+                             });
+    self->has_devtools_ = self->devtools_window_ != nullptr;
+  });
+}
+
+void BrowserImpl::CloseDevTools() {
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self] { self->CloseInspector(); });
+}
+
+// Engine UI thread.
+void BrowserImpl::CloseInspector() {
+  std::shared_ptr<DevToolsWindow> window = std::move(devtools_window_);
+  has_devtools_ = false;
+  if (window) {
+    window->Close();
   }
 }
 
-void BrowserImpl::CloseDevTools() {}
-
 bool BrowserImpl::HasDevTools() {
-  return false;
+  return has_devtools_;
 }
 
 bool BrowserImpl::SendDevToolsMessage(const void* message,

@@ -4,6 +4,7 @@
 #ifndef CEF_LIBCEF_BROWSER_BROWSER_IMPL_H_
 #define CEF_LIBCEF_BROWSER_BROWSER_IMPL_H_
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <memory>
@@ -29,6 +30,7 @@ class CaretReporter;
 class ChromiumInstance;
 class ContextMenus;
 class DevToolsSession;
+class DevToolsWindow;
 class DragSource;
 class EngineWorld;
 class FileDialogs;
@@ -384,6 +386,8 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   // The page's target went away by itself (window.close(), closed outside).
   void OnTargetGone();
   void Destroy(bool close_target);
+  // Closes the inspector window if one is open. Engine UI thread.
+  void CloseInspector();
   void NavigateHistory(int offset);
   void SetFocusOnUiThread(bool focus);
 
@@ -426,6 +430,7 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   QString event_session_;
   std::unique_ptr<NavigationPolicy> navigation_policy_;
   std::unique_ptr<RenderSide> render_side_;
+  std::shared_ptr<DevToolsWindow> devtools_window_;
   bool after_created_ = false;
   bool closing_ = false;
   // DoClose answered true: the next close request finishes the job.
@@ -435,6 +440,9 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   bool asking_unload_ = false;
   int unload_request_ = 0;
   bool target_gone_ = false;
+
+  // Whether |devtools_window_| is there, for any thread.
+  std::atomic<bool> has_devtools_{false};
 
   mutable std::mutex mutex_;
   // Guarded by |mutex_|: what any thread may read or send.

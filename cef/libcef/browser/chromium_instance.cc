@@ -439,6 +439,10 @@ void ChromiumInstance::OnEvent(const DevToolsSession* from,
     OnAttachedToTarget(params);
     return;
   }
+  if (method == QLatin1String("Target.detachedFromTarget") &&
+      !sessions_.count(params.value(QLatin1String("sessionId")).toString())) {
+    return;  // an inspector's session, not the page's own
+  }
   if (method.startsWith(QLatin1String("Browser.download"))) {
     if (downloads_) {
       downloads_->OnEvent(method, params);
@@ -473,6 +477,15 @@ void ChromiumInstance::OnAttachedToTarget(const QJsonObject& params) {
     return;
   }
   auto waiter = waiters_.find(target_id);
+  if (waiter == waiters_.end()) {
+    // A second session on a page that has its own: an inspector's.
+    BrowserImpl* shown = BrowserForTarget(target_id);
+    for (const auto& [session, browser] : sessions_) {
+      if (shown && browser == shown) {
+        return;
+      }
+    }
+  }
   if (waiter == waiters_.end()) {
     // Ours, with Target.createTarget's answer still on its way; or a page
     // someone else opened (remote debugging), let go after a while.

@@ -217,8 +217,6 @@ std::vector<std::string> ChromiumProcess::commandLine(const Options& options) {
   std::vector<std::string> args = {
       resolveProgram(options.program),
       "--remote-debugging-pipe",
-      // The headless shell is headless anyway; a full Chromium needs it.
-      "--headless",
       "--disable-gpu",
       "--no-first-run",
       // Without these Chromium keeps reaching for the network.
@@ -228,6 +226,9 @@ std::vector<std::string> ChromiumProcess::commandLine(const Options& options) {
       "--disable-default-apps",
       "--mute-audio",
   };
+  // The headless shell is headless anyway; a full Chromium needs it.
+  if (options.headless)
+    args.insert(args.begin() + 2, "--headless");
   // Chromium's sandbox refuses to run as root.
   if (geteuid() == 0)
     args.push_back("--no-sandbox");

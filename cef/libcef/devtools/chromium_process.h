@@ -33,6 +33,8 @@ class ChromiumProcess {
     // Further switches, "name" or "name=value", with or without the leading
     // "--"; passed after the engine's own.
     std::vector<std::string> extraSwitches;
+    // False runs a Chromium with windows, on the process's $DISPLAY.
+    bool headless = true;
   };
 
   // How the process ended. exitCode is -1 when it died of a signal or the
