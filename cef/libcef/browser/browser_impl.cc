@@ -114,6 +114,40 @@ bool BrowserImpl::Start(bool sync) {
   }
   std::shared_ptr<DevToolsSession> session = chromium_->session();
   const CefSize size = view_size();
+  if (chromium_->uses_x11()) {
+    // A window of its own in the engine's X server, of the view's size.
+    int left = 0, top = 0;
+    chromium_->NextWindowPlace(&left, &top);
+    const QJsonObject visible = VisibleSize();
+    const int width = visible.value(QLatin1String("width")).toInt();
+    const int height = visible.value(QLatin1String("height")).toInt();
+    if (sync) {
+      const QString target =
+          chromium_->OpenWindowSync(left, top, width, height);
+      if (target.isEmpty()) {
+        LOG(ERROR) << "CefBrowserHost::CreateBrowserSync: Chromium made no "
+                      "page";
+        return false;
+      }
+      OnTargetCreated(target);
+      NotifyAfterCreated();
+      return true;
+    }
+    CefRefPtr<BrowserImpl> self(this);
+    chromium_->OpenWindow(
+        left, top, width, height,
+        [self](const QString& target, const QString& error) {
+          if (target.isEmpty()) {
+            LOG(ERROR) << "CefBrowserHost::CreateBrowser: Chromium made no "
+                          "page: "
+                       << error.toStdString();
+            self->Destroy(false);
+            return;
+          }
+          self->OnTargetCreated(target);
+        });
+    return true;
+  }
   const QJsonObject params{{"url", "about:blank"},
                            {"width", size.width},
                            {"height", size.height}};
@@ -241,6 +275,13 @@ void BrowserImpl::Attach(const QString& session_id) {
   send("Page.addScriptToEvaluateOnNewDocument",
        {{"source", PageEvents::TakeFocusWatcherScript()},
         {"worldName", kEngineWorld}});
+  if (chromium_->uses_x11()) {
+    // A full Chromium would open its own context menu over the page; the
+    // engine's goes to the client instead.
+    send("Page.addScriptToEvaluateOnNewDocument",
+         {{"source", "addEventListener('contextmenu', e => e.preventDefault())"},
+          {"worldName", kEngineWorld}});
+  }
   // Headless Chromium prints nothing: window.print() asks the client.
   send("Runtime.addBinding", {{"name", Printing::kPrintBinding}});
   send("Page.addScriptToEvaluateOnNewDocument",
@@ -1363,35 +1404,82 @@ void BrowserImpl::NotifyMoveOrResizeStarted() {}
 // --- Input ----------------------------------------------------------------
 
 void BrowserImpl::SendKeyEvent(const CefKeyEvent& event) {
+  if (chromium_->uses_x11() && event.type != KEYEVENT_KEYUP) {
+    CefRefPtr<BrowserImpl> self(this);
+    RunOnUiThread([self] {
+      if (self->render_observer_) {
+        self->render_observer_->OnKeyInput(self.get());
+      }
+    });
+  }
   SendPageCommand(QStringLiteral("Input.dispatchKeyEvent"),
                   InputTranslator::KeyEvent(event));
+}
+
+void BrowserImpl::SendMouseInput(const CefMouseEvent& event,
+                                 int button,
+                                 bool up,
+                                 int wheel_x,
+                                 int wheel_y,
+                                 QJsonObject params,
+                                 std::function<void()> after) {
+  if (!chromium_->uses_x11()) {
+    SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"), params);
+    if (after) {
+      after();
+    }
+    return;
+  }
+  // An open drop-down of a full Chromium takes its own input, through the
+  // X server: the decision is the renderer's, on the engine UI thread.
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self, event, button, up, wheel_x, wheel_y,
+                 params = std::move(params), after = std::move(after)] {
+    if (self->render_observer_ &&
+        self->render_observer_->OnMouseEvent(self.get(), event, button, up,
+                                             wheel_x, wheel_y)) {
+      return;
+    }
+    self->SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"), params);
+    if (after) {
+      after();
+    }
+  });
 }
 
 void BrowserImpl::SendMouseClickEvent(const CefMouseEvent& event,
                                       MouseButtonType type,
                                       bool mouseUp,
                                       int clickCount) {
-  SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"),
-                  ToPagePoint(InputTranslator::MouseClick(event, type, mouseUp, clickCount)));
+  std::function<void()> after;
   // Headless Chromium opens no menu of its own on the release.
   if (type == MBT_RIGHT && mouseUp) {
     CefRefPtr<BrowserImpl> self(this);
     const int x = event.x, y = event.y;
-    RunOnUiThread([self, x, y] { self->context_menus_->Open(x, y); });
+    after = [self, x, y] {
+      RunOnUiThread([self, x, y] { self->context_menus_->Open(x, y); });
+    };
   }
+  const int button = type == MBT_LEFT ? 1 : type == MBT_MIDDLE ? 2 : 3;
+  SendMouseInput(event, button, mouseUp, 0, 0,
+                 ToPagePoint(InputTranslator::MouseClick(event, type, mouseUp,
+                                                         clickCount)),
+                 std::move(after));
 }
 
 void BrowserImpl::SendMouseMoveEvent(const CefMouseEvent& event,
                                      bool mouseLeave) {
-  SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"),
-                  ToPagePoint(InputTranslator::MouseMove(event, mouseLeave)));
+  SendMouseInput(event, 0, false, 0, 0,
+                 ToPagePoint(InputTranslator::MouseMove(event, mouseLeave)),
+                 {});
 }
 
 void BrowserImpl::SendMouseWheelEvent(const CefMouseEvent& event,
                                       int deltaX,
                                       int deltaY) {
-  SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"),
-                  ToPagePoint(InputTranslator::MouseWheel(event, deltaX, deltaY)));
+  SendMouseInput(
+      event, 0, false, deltaX, deltaY,
+      ToPagePoint(InputTranslator::MouseWheel(event, deltaX, deltaY)), {});
 }
 
 QJsonArray BrowserImpl::TouchPoints() const {

@@ -104,6 +104,9 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   bool is_hidden() const;
   int windowless_frame_rate() const;
 
+  // The Chromium serving this page. Any thread.
+  ChromiumInstance* chromium() const { return chromium_.get(); }
+
   // --- Engine internals ------------------------------------------------
 
   // An event of the page's session, or a target event about it. Engine UI
@@ -336,6 +339,17 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   void SetHistory(const QJsonArray& entries, int current_index);
   bool HistoryState(bool* can_go_back, bool* can_go_forward) const;
   void SetDocumentStatus(int http_status);
+
+  // Input.dispatchMouseEvent with |params|, then |after|; with a full
+  // Chromium the renderer may route it to an open drop-down instead. Any
+  // thread.
+  void SendMouseInput(const CefMouseEvent& event,
+                      int button,
+                      bool up,
+                      int wheel_x,
+                      int wheel_y,
+                      QJsonObject params,
+                      std::function<void()> after);
 
   // Touch points held down, for Input.dispatchTouchEvent's full lists.
   QJsonArray TouchPoints() const;

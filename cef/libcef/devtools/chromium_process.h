@@ -33,6 +33,10 @@ class ChromiumProcess {
     // Further switches, "name" or "name=value", with or without the leading
     // "--"; passed after the engine's own.
     std::vector<std::string> extraSwitches;
+    // Non-empty: a full (not headless) Chromium on this X display (":N"),
+    // which also becomes its DISPLAY; the program must then be Debian's
+    // /usr/lib/chromium/chromium binary or the like, not the headless shell.
+    std::string x11Display;
   };
 
   // How the process ended. exitCode is -1 when it died of a signal or the
