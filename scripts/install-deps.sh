@@ -8,7 +8,8 @@ packages=(
   qtbase5-dev qtbase5-dev-tools libqt5opengl5-dev
   libboost1.81-dev libboost-log1.81-dev libboost-thread1.81-dev libboost-filesystem1.81-dev
   libgtest-dev libgmock-dev googletest libbenchmark-dev
-  chromium-headless-shell
+  chromium-headless-shell chromium
+  libx11-dev libxext-dev libxdamage-dev libxfixes-dev libxcomposite-dev libxtst-dev
   libssl-dev openssl libdeflate0
   xvfb xauth fonts-dejavu-core
 )

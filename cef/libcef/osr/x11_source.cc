@@ -368,6 +368,10 @@ class X11Capture : public XServer::Observer,
       FreeSurface(&popup_, true);
     }
     TellPopup(false, area);
+    // The X pointer leaves the page's window, where it would hover.
+    Display* display = server_->display();
+    XTestFakeMotionEvent(display, -1, DisplayWidth(display, 0) - 1,
+                         DisplayHeight(display, 0) - 1, CurrentTime);
     // What the drop-down covered shows the page again.
     const CefRect clipped = Clip(area, view_);
     if (!clipped.IsEmpty()) {

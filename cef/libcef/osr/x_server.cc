@@ -404,6 +404,11 @@ bool XServer::Connect(std::string* error) {
   // screen: windows may overlap and reach beyond the screen.
   XCompositeRedirectSubwindows(display_, root_, CompositeRedirectManual);
   XSelectInput(display_, root_, SubstructureNotifyMask);
+  // The pointer rests in the corner, away from the windows, which lie near
+  // the top left: only drop-downs get X pointer input (XTest).
+  XWarpPointer(display_, 0, root_, 0, 0, 0, 0,
+               DisplayWidth(display_, DefaultScreen(display_)) - 1,
+               DisplayHeight(display_, DefaultScreen(display_)) - 1);
   type_atom_ = XInternAtom(display_, "_NET_WM_WINDOW_TYPE", False);
   pid_atom_ = XInternAtom(display_, "_NET_WM_PID", False);
   const char* menus[4] = {
