@@ -1,5 +1,7 @@
 #include "libcef/browser/chromium_instance.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <chrono>
 #include <set>
@@ -150,6 +152,13 @@ bool ChromiumInstance::EnsureStarted(float device_scale_factor) {
     }
   }
   if (x_server) {
+    // A full Chromium hands itself over to another one that runs on the
+    // same profile (its process singleton) and quits. Profiles are shared
+    // the way the headless shell shares them: its lock goes.
+    for (const char* singleton :
+         {"SingletonLock", "SingletonSocket", "SingletonCookie"}) {
+      ::unlink((user_data_dir + "/" + singleton).c_str());
+    }
     options.program = choice.chromium;
     options.x11Display = x_server->display_name();
     options.extraSwitches.push_back(std::string("app=") + kLauncherUrl);
