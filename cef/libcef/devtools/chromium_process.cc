@@ -230,7 +230,9 @@ std::vector<std::string> ChromiumProcess::commandLine(const Options& options) {
           "--password-store=basic", "--test-type",
           "--disable-session-crashed-bubble", "--hide-crash-restore-bubble",
           "--disable-infobars", "--disable-notifications",
-          "--autoplay-policy=no-user-gesture-required"})
+          "--autoplay-policy=no-user-gesture-required",
+          // As CEF: no popup blocker (the headless shell has none).
+          "--disable-popup-blocking"})
       args.push_back(x11);
   }
   for (const char* common : {
