@@ -178,6 +178,8 @@ class BenchClient : public CefClient, public CefLifeSpanHandler, public CefRende
     std::lock_guard<std::mutex> lock(mutex_);
     return browser_;
   }
+  // For wait predicates, which run under the lock.
+  CefRefPtr<CefBrowser> browserLocked() { return browser_; }
   Clock::time_point first_paint() {
     std::lock_guard<std::mutex> lock(mutex_);
     return first_paint_;
@@ -214,7 +216,8 @@ CefRefPtr<CefBrowser> open(CefRefPtr<BenchClient> client, CefRefPtr<CefRequestCo
   settings.windowless_frame_rate = 60;
   const std::string url = "data:text/html," + QUrl::toPercentEncoding(kAnimatedPage).toStdString();
   const Clock::time_point created = Clock::now();
-  if (!CefBrowserHost::CreateBrowser(window, client, url, settings, nullptr, context) || !client->waitFirstPaint())
+  if (!CefBrowserHost::CreateBrowser(window, client, url, settings, nullptr, context) || !client->waitFirstPaint() ||
+      !client->wait([&] { return client->browserLocked() != nullptr; }))
     return nullptr;
   *ms = std::chrono::duration<double, std::milli>(client->first_paint() - created).count();
   return client->browser();

@@ -104,6 +104,9 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   bool is_hidden() const;
   int windowless_frame_rate() const;
 
+  // OnAfterCreated was called. Engine UI thread.
+  bool after_created() const { return after_created_; }
+
   // The Chromium serving this page. Any thread.
   ChromiumInstance* chromium() const { return chromium_.get(); }
 

@@ -240,6 +240,13 @@ void OsrRenderer::Paint(BrowserImpl* browser,
   CefRefPtr<CefRenderHandler> handler = browser->render_handler();
   if (!handler)
     return;
+  if (!browser->after_created()) {
+    // As in CEF, no paint comes before OnAfterCreated (a client would drop
+    // it): the page is painted whole again once the client knows it.
+    CefRefPtr<BrowserImpl> self(browser);
+    PostUiTask([self] { self->Invalidate(PET_VIEW); }, 10);
+    return;
+  }
   // The buffer is ours again when OnPaint returns; the image keeps it alive
   // until then.
   handler->OnPaint(browser, type, dirtyRects, image.constBits(),
