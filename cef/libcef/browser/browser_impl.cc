@@ -335,6 +335,9 @@ void BrowserImpl::NotifyAfterCreated() {
           client ? client->GetLifeSpanHandler() : nullptr) {
     life_span->OnAfterCreated(this);
   }
+  if (render_observer_) {
+    render_observer_->OnAfterCreated(this);
+  }
 }
 
 // --- Engine-side accessors ------------------------------------------------

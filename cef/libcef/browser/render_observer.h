@@ -27,6 +27,9 @@ class RenderObserver {
   // OnAfterCreated) before the page is attached.
   virtual void OnAttached(BrowserImpl* browser) {}
 
+  // The client was told OnAfterCreated.
+  virtual void OnAfterCreated(BrowserImpl* browser) {}
+
   // WasResized or NotifyScreenInfoChanged changed view_size() or
   // device_scale_factor(); the new metrics override has been sent.
   virtual void OnViewChanged(BrowserImpl* browser) {}

@@ -148,6 +148,22 @@ void OsrRenderer::AttachX11(BrowserImpl* browser) {
       });
 }
 
+void OsrRenderer::OnAfterCreated(BrowserImpl* browser) {
+  if (!*owe_frame_)
+    return;
+  // The next frame goes out whole; if none comes soon (a still page), one
+  // is asked for.
+  CefRefPtr<BrowserImpl> self(browser);
+  std::weak_ptr<bool> owed = owe_frame_;
+  PostUiTask(
+      [self, owed] {
+        std::shared_ptr<bool> owe = owed.lock();
+        if (owe && *owe)
+          self->Invalidate(PET_VIEW);
+      },
+      50);
+}
+
 void OsrRenderer::OnViewChanged(BrowserImpl* browser) {
   if (source_)
     source_->ExpectFrame();
@@ -242,9 +258,14 @@ void OsrRenderer::Paint(BrowserImpl* browser,
     return;
   if (!browser->after_created()) {
     // As in CEF, no paint comes before OnAfterCreated (a client would drop
-    // it): the page is painted whole again once the client knows it.
-    CefRefPtr<BrowserImpl> self(browser);
-    PostUiTask([self] { self->Invalidate(PET_VIEW); }, 10);
+    // it): the page is painted whole once the client knows it.
+    *owe_frame_ = true;
+    return;
+  }
+  if (*owe_frame_ && type == PET_VIEW) {
+    *owe_frame_ = false;
+    handler->OnPaint(browser, type, {CefRect(0, 0, image.width(), image.height())},
+                     image.constBits(), image.width(), image.height());
     return;
   }
   // The buffer is ours again when OnPaint returns; the image keeps it alive

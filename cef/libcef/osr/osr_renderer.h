@@ -26,6 +26,7 @@ class OsrRenderer : public RenderObserver {
   OsrRenderer() = default;
 
   void OnAttached(BrowserImpl* browser) override;
+  void OnAfterCreated(BrowserImpl* browser) override;
   void OnViewChanged(BrowserImpl* browser) override;
   void OnVisibilityChanged(BrowserImpl* browser, bool hidden) override;
   void OnInvalidate(BrowserImpl* browser,
@@ -52,6 +53,8 @@ class OsrRenderer : public RenderObserver {
 
   std::unique_ptr<ScreencastSource> source_;
   std::unique_ptr<X11Source> x11_;
+  // A frame was dropped before OnAfterCreated: the next goes out whole.
+  std::shared_ptr<bool> owe_frame_ = std::make_shared<bool>(false);
 };
 
 }  // namespace cefengine

@@ -53,6 +53,13 @@ CefRect Bounds(const std::vector<CefRect>& rects) {
   return CefRect(left, top, right - left, bottom - top);
 }
 
+// A shared memory segment the X server copies into.
+struct ShmBuffer {
+  XShmSegmentInfo info{};
+  void* addr = nullptr;
+  size_t size = 0;
+};
+
 // One redirected window: its pixmap, its damage, and the last frame copied.
 struct Surface {
   Window window = 0;
@@ -62,8 +69,18 @@ struct Surface {
   int depth = 24;
   int width = 0;
   int height = 0;
+  // The frame: |pixels| in |buffer| (shared memory when the server has
+  // MIT-SHM, else |heap|), 4 * width bytes a line.
   QImage frame;
+  uint8_t* pixels = nullptr;
+  ShmBuffer buffer;
+  std::vector<uint8_t> heap;
   bool dirty = false;
+  // Copies in a row, the last at |last_copy|, that changed most of the
+  // window; copies trusted to damage since.
+  int big_changes = 0;
+  uint64_t trusted_copies = 0;
+  std::chrono::steady_clock::time_point last_copy{};
   // The next copy takes the whole window and sends it whole.
   bool full = false;
   // Rectangles that go out with the next frame even if unchanged.
@@ -83,7 +100,13 @@ class X11Capture : public XServer::Observer,
                                      std::vector<CefRect> rects)>;
 
   X11Capture(XServer* server, pid_t pid) : server_(server), pid_(pid) {}
-  ~X11Capture() override { FreeShm(); }
+  ~X11Capture() override {
+    FreeShm(&scratch_);
+    for (ShmBuffer& buffer : retired_)
+      FreeShm(&buffer);
+    FreeShm(&view_.buffer);
+    FreeShm(&popup_.buffer);
+  }
 
   // Set once, before the first task; called on the X thread.
   std::function<void(std::function<void()>, int64_t)> to_owner;
@@ -142,6 +165,9 @@ class X11Capture : public XServer::Observer,
   // The owner painted what it was given.
   void Consumed() {
     inflight_ = false;
+    for (ShmBuffer& buffer : retired_)
+      FreeShm(&buffer);
+    retired_.clear();
     Pump();
   }
 
@@ -266,7 +292,7 @@ class X11Capture : public XServer::Observer,
     popup_y_ = info.y;
     if (!Setup(&popup_, info.width, info.height)) {
       server_->Release(info.id, this);
-      popup_ = Surface();
+      Clear(&popup_);
       return;
     }
     TellPopup(true);
@@ -275,9 +301,11 @@ class X11Capture : public XServer::Observer,
   }
 
   void OnServerGone() override {
+    // The segments die with this process; the server has let go of them.
     view_ = Surface();
     popup_ = Surface();
-    shm_addr_ = nullptr;
+    scratch_ = ShmBuffer();
+    retired_.clear();
     Lost("the engine's X server ended", 2 * kLostGraceMs);
   }
 
@@ -296,7 +324,7 @@ class X11Capture : public XServer::Observer,
       window_y_ = info.y;
       if (!Setup(&view_, info.width, info.height)) {
         server_->Release(id, this);
-        view_ = Surface();
+        Clear(&view_);
         Lost("its window cannot be copied", 0);
         return;
       }
@@ -339,8 +367,22 @@ class X11Capture : public XServer::Observer,
     surface->pixmap = XCompositeNameWindowPixmap(display, surface->window);
     surface->width = width;
     surface->height = height;
-    if (surface->frame.width() != width || surface->frame.height() != height)
-      surface->frame = QImage(width, height, QImage::Format_ARGB32_Premultiplied);
+    if (surface->frame.width() == width && surface->frame.height() == height)
+      return;
+    Retire(&surface->buffer);
+    surface->heap.clear();
+    surface->pixels = nullptr;
+    const size_t bytes = static_cast<size_t>(std::max(width, 1)) *
+                         std::max(height, 1) * 4;
+    if (AllocShm(&surface->buffer, bytes)) {
+      surface->pixels = static_cast<uint8_t*>(surface->buffer.addr);
+    } else {
+      surface->heap.assign(bytes, 0);
+      surface->pixels = surface->heap.data();
+    }
+    surface->frame = QImage(surface->pixels, std::max(width, 1),
+                            std::max(height, 1), std::max(width, 1) * 4,
+                            QImage::Format_ARGB32_Premultiplied);
   }
 
   void FreeSurface(Surface* surface, bool release) {
@@ -353,7 +395,23 @@ class X11Capture : public XServer::Observer,
       if (release)
         server_->Release(surface->window, this);
     }
+    Clear(surface);
+  }
+
+  // Forgets the window; the frame's memory goes once the owner is done.
+  void Clear(Surface* surface) {
+    Retire(&surface->buffer);
     *surface = Surface();
+  }
+
+  void Retire(ShmBuffer* buffer) {
+    if (!buffer->addr)
+      return;
+    if (inflight_)
+      retired_.push_back(*buffer);
+    else
+      FreeShm(buffer);
+    *buffer = ShmBuffer();
   }
 
   void ClosePopup(bool destroyed) {
@@ -363,7 +421,7 @@ class X11Capture : public XServer::Observer,
                        popup_.width, popup_.height);
     if (destroyed) {
       server_->Release(popup_.window, this);
-      popup_ = Surface();
+      Clear(&popup_);
     } else {
       FreeSurface(&popup_, true);
     }
@@ -418,12 +476,9 @@ class X11Capture : public XServer::Observer,
   Deliver deliver_;
 
  private:
-  bool EnsureShm(size_t bytes) {
+  bool AllocShm(ShmBuffer* buffer, size_t bytes) {
     if (!server_->has_shm())
       return false;
-    if (shm_addr_ && shm_size_ >= bytes)
-      return true;
-    FreeShm();
     const int id = shmget(IPC_PRIVATE, bytes, IPC_CREAT | 0600);
     if (id < 0)
       return false;
@@ -432,27 +487,56 @@ class X11Capture : public XServer::Observer,
     shmctl(id, IPC_RMID, nullptr);
     if (addr == reinterpret_cast<void*>(-1))
       return false;
-    shm_info_.shmid = id;
-    shm_info_.shmaddr = static_cast<char*>(addr);
-    shm_info_.readOnly = False;
-    if (!XShmAttach(server_->display(), &shm_info_)) {
+    buffer->info.shmid = id;
+    buffer->info.shmaddr = static_cast<char*>(addr);
+    buffer->info.readOnly = False;
+    if (!XShmAttach(server_->display(), &buffer->info)) {
       shmdt(addr);
       return false;
     }
     XSync(server_->display(), False);
-    shm_addr_ = addr;
-    shm_size_ = bytes;
+    buffer->addr = addr;
+    buffer->size = bytes;
     return true;
   }
 
-  void FreeShm() {
-    if (!shm_addr_)
+  void FreeShm(ShmBuffer* buffer) {
+    if (!buffer->addr)
       return;
     if (server_->display())
-      XShmDetach(server_->display(), &shm_info_);
-    shmdt(shm_addr_);
-    shm_addr_ = nullptr;
-    shm_size_ = 0;
+      XShmDetach(server_->display(), &buffer->info);
+    shmdt(buffer->addr);
+    *buffer = ShmBuffer();
+  }
+
+  bool EnsureScratch(size_t bytes) {
+    if (scratch_.addr && scratch_.size >= bytes)
+      return true;
+    FreeShm(&scratch_);
+    return AllocShm(&scratch_, std::max<size_t>(bytes, 256 * 1024));
+  }
+
+  // The whole width of rows [top, top + height) straight into the frame,
+  // where the server writes them (no copy here). False if it cannot.
+  bool Band(Surface* surface, int top, int height) {
+    if (!surface->buffer.addr || height <= 0)
+      return false;
+    Display* display = server_->display();
+    XImage* image = XShmCreateImage(
+        display, surface->visual, static_cast<unsigned>(surface->depth),
+        ZPixmap,
+        reinterpret_cast<char*>(surface->pixels +
+                                static_cast<size_t>(top) * surface->width * 4),
+        &surface->buffer.info, static_cast<unsigned>(surface->width),
+        static_cast<unsigned>(height));
+    if (!image)
+      return false;
+    const bool ok = image->bits_per_pixel == 32 &&
+                    image->bytes_per_line == surface->width * 4 &&
+                    XShmGetImage(display, surface->pixmap, image, 0, top,
+                                 AllPlanes);
+    XDestroyImage(image);
+    return ok;
   }
 
   // Copies |rect| of the surface into its frame, alpha made opaque. The
@@ -461,11 +545,11 @@ class X11Capture : public XServer::Observer,
     Display* display = server_->display();
     XImage* image = nullptr;
     const size_t bytes = static_cast<size_t>(rect.width) * rect.height * 4;
-    bool shm = EnsureShm(bytes);
+    bool shm = EnsureScratch(bytes);
     if (shm) {
       image = XShmCreateImage(display, surface->visual,
                               static_cast<unsigned>(surface->depth), ZPixmap,
-                              static_cast<char*>(shm_addr_), &shm_info_,
+                              static_cast<char*>(scratch_.addr), &scratch_.info,
                               static_cast<unsigned>(rect.width),
                               static_cast<unsigned>(rect.height));
       if (image && !XShmGetImage(display, surface->pixmap, image, rect.x,
@@ -483,31 +567,62 @@ class X11Capture : public XServer::Observer,
       return CefRect();
     CefRect changed;
     if (image->bits_per_pixel == 32) {
-      uchar* bits = surface->frame.bits();
-      const qsizetype stride = surface->frame.bytesPerLine();
+      // Written through the raw pointer: the owner holds no frame now.
+      uchar* bits = surface->pixels;
+      const qsizetype stride = static_cast<qsizetype>(surface->width) * 4;
       int first = -1, last = -1;
+      int left = rect.width, right = -1;
       for (int row = 0; row < rect.height; ++row) {
         const uint32_t* from = reinterpret_cast<const uint32_t*>(
             image->data + static_cast<size_t>(row) * image->bytes_per_line);
         uint32_t* to = reinterpret_cast<uint32_t*>(
             bits + (rect.y + row) * stride + static_cast<qsizetype>(rect.x) * 4);
         uint32_t differ = 0;
-        for (int i = 0; i < rect.width; ++i) {
-          const uint32_t pixel = from[i] | 0xff000000u;
-          differ |= pixel ^ to[i];
-          to[i] = pixel;
-        }
-        if (differ) {
-          if (first < 0)
-            first = row;
-          last = row;
-        }
+        for (int i = 0; i < rect.width; ++i)
+          differ |= (from[i] | 0xff000000u) ^ to[i];
+        if (!differ)
+          continue;
+        if (first < 0)
+          first = row;
+        last = row;
+        int a = 0;
+        while (a < left && (from[a] | 0xff000000u) == to[a])
+          ++a;
+        left = std::min(left, a);
+        int b = rect.width - 1;
+        while (b > right && (from[b] | 0xff000000u) == to[b])
+          --b;
+        right = std::max(right, b);
+        for (int i = 0; i < rect.width; ++i)
+          to[i] = from[i] | 0xff000000u;
       }
-      if (first >= 0)
-        changed = CefRect(rect.x, rect.y + first, rect.width, last - first + 1);
+      if (first >= 0 && right >= left)
+        changed = CefRect(rect.x + left, rect.y + first, right - left + 1,
+                          last - first + 1);
     }
     XDestroyImage(image);
     return changed;
+  }
+
+  // The rows of |rects|, whole, straight into the frame. Chromium's pixels
+  // come opaque (their alpha byte is 0xff), so they need no pass here.
+  bool BigCopy(Surface* surface, const std::vector<CefRect>& rects) {
+    std::vector<std::pair<int, int>> bands;
+    for (const CefRect& r : rects)
+      bands.emplace_back(r.y, r.y + r.height);
+    std::sort(bands.begin(), bands.end());
+    std::vector<std::pair<int, int>> merged;
+    for (const auto& band : bands) {
+      if (!merged.empty() && band.first <= merged.back().second)
+        merged.back().second = std::max(merged.back().second, band.second);
+      else
+        merged.push_back(band);
+    }
+    for (const auto& [top, bottom] : merged) {
+      if (!Band(surface, top, bottom - top))
+        return false;
+    }
+    return true;
   }
 
   // The rectangles of one surface's frame to send, or none.
@@ -540,11 +655,45 @@ class X11Capture : public XServer::Observer,
     std::vector<CefRect> out;
     if (surface->width <= 0 || surface->height <= 0)
       return out;
+    int64_t area = 0;
+    for (const CefRect& r : damaged)
+      area += static_cast<int64_t>(r.width) * r.height;
+    const int64_t window_area =
+        static_cast<int64_t>(surface->width) * surface->height;
+    const Clock::time_point now = Clock::now();
+    // While most of the window keeps changing (an animation), the server
+    // copies the damaged rows into the frame itself and damage counts as
+    // change. Otherwise each damaged pixel is compared, so that a repaint
+    // of the same pixels, or Chromium's whole-window damage after a pause,
+    // sends only what changed.
+    if (now - surface->last_copy > std::chrono::milliseconds(100))
+      surface->big_changes = 0;
+    surface->last_copy = now;
+    // Three compared copies in a row must have changed most of the window,
+    // and every sixteenth copy is compared again.
+    const bool streak = surface->big_changes >= 3 &&
+                        ++surface->trusted_copies % 16 != 0;
+    if (streak && area * 2 >= window_area && BigCopy(surface, damaged)) {
+      out = surface->full ? std::vector<CefRect>{whole} : damaged;
+      if (out.size() > kMaxRects)
+        out.assign(1, Bounds(out));
+      surface->full = false;
+      surface->forced.clear();
+      return out;
+    }
     for (const CefRect& r : damaged) {
       const CefRect changed = Copy(surface, r);
       if (!changed.IsEmpty())
         out.push_back(changed);
     }
+    int64_t changed_area = 0;
+    for (const CefRect& r : out)
+      changed_area += static_cast<int64_t>(r.width) * r.height;
+    // A whole copy (a new window or size) says nothing about the page.
+    surface->big_changes =
+        !surface->full && changed_area * 2 >= window_area
+            ? surface->big_changes + 1
+            : 0;
     if (surface->full) {
       out.assign(1, whole);
     } else {
@@ -650,9 +799,10 @@ class X11Capture : public XServer::Observer,
   Surface view_;
   Surface popup_;
   XserverRegion region_ = 0;
-  XShmSegmentInfo shm_info_{};
-  void* shm_addr_ = nullptr;
-  size_t shm_size_ = 0;
+  // For the copies that compare with the last frame.
+  ShmBuffer scratch_;
+  // Frames the owner may still be painting from, freed once it is done.
+  std::vector<ShmBuffer> retired_;
 };
 
 // --- X11Source ---------------------------------------------------------------
