@@ -7,7 +7,10 @@
 #include <QRegion>
 #include <QTemporaryDir>
 #include <QUrl>
+#include <QDir>
+#include <QFile>
 #include <atomic>
+#include <csignal>
 #include <thread>
 
 #include "cef_runtime/engine_test_support.h"
@@ -35,11 +38,16 @@ struct Paint {
   std::vector<CefRect> rects;
 };
 
-class BoxClient : public CefClient, public CefLifeSpanHandler, public CefRenderHandler {
+class BoxClient : public CefClient, public CefLifeSpanHandler, public CefRenderHandler, public CefRequestHandler {
  public:
   explicit BoxClient(int scale) : scale(scale) {}
   CefRefPtr<CefLifeSpanHandler> GetLifeSpanHandler() override { return this; }
   CefRefPtr<CefRenderHandler> GetRenderHandler() override { return this; }
+  CefRefPtr<CefRequestHandler> GetRequestHandler() override { return this; }
+  void OnRenderProcessTerminated(CefRefPtr<CefBrowser>, TerminationStatus, int, const CefString&) override {
+    update([&] { ++terminated; });
+  }
+  int terminated = 0;
   void OnAfterCreated(CefRefPtr<CefBrowser> created) override { update([&] { browser = created; }); }
   void OnBeforeClose(CefRefPtr<CefBrowser>) override { update([&] { browser = nullptr; }); }
   void GetViewRect(CefRefPtr<CefBrowser>, CefRect& rect) override { rect = CefRect(0, 0, 320, 240); }
@@ -155,6 +163,52 @@ TEST(FrameSourceTest, AnimatedBoxHasExactColoursAndPreciseDirtyRectsAtScale1And2
     ASSERT_TRUE(startEngine());
     checkScale(1);
     checkScale(2);
+    CefShutdown();
+  });
+}
+
+namespace {
+
+// This process's children named |name|.
+std::vector<pid_t> children(const QByteArray& name) {
+  std::vector<pid_t> found;
+  for (const QString& entry : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+    QFile stat(QStringLiteral("/proc/%1/stat").arg(entry));
+    if (!stat.open(QIODevice::ReadOnly)) continue;
+    const QByteArray line = stat.readAll();
+    const int close = line.lastIndexOf(')');
+    const QByteArray comm = line.mid(line.indexOf('(') + 1, close - line.indexOf('(') - 1);
+    const QList<QByteArray> rest = line.mid(close + 2).split(' ');
+    if (comm == name && rest.size() > 1 && rest.at(1).toLongLong() == getpid()) found.push_back(entry.toInt());
+  }
+  return found;
+}
+
+}  // namespace
+
+// The engine's X server dies: its pages are reported gone like a Chromium that died, and close.
+TEST(FrameSourceTest, AnXServerThatDiesIsReportedLikeAChromiumDeath) {
+  RunInFreshProcess([] {
+    ASSERT_TRUE(startEngine());
+    QTemporaryDir cache;
+    CefRequestContextSettings contextSettings;
+    CefString(&contextSettings.cache_path) = cache.path().toStdString();
+    CefRefPtr<BoxClient> client = new BoxClient(1);
+    CefWindowInfo window;
+    window.SetAsWindowless(kNullWindowHandle);
+    ASSERT_TRUE(CefBrowserHost::CreateBrowser(window, client, "data:text/html,<p>x", CefBrowserSettings(), nullptr,
+                                              CefRequestContext::CreateContext(contextSettings, nullptr)));
+    ASSERT_TRUE(client->waitFor([&] { return client->browser && !client->paints.empty(); }));
+    if (!static_cast<cefengine::BrowserImpl*>(client->browser.get())->chromium()->uses_x11()) {
+      client->browser->GetHost()->CloseBrowser(true);
+      EXPECT_TRUE(client->waitFor([&] { return client->browser == nullptr; }));
+      CefShutdown();
+      return;  // only the X source has an X server
+    }
+    const std::vector<pid_t> servers = children("Xvfb");
+    ASSERT_EQ(servers.size(), 1u);
+    ::kill(servers[0], SIGKILL);
+    EXPECT_TRUE(client->waitFor([&] { return client->terminated == 1 && client->browser == nullptr; }));
     CefShutdown();
   });
 }

@@ -77,11 +77,19 @@ int OnXError(Display* display, XErrorEvent* event) {
                                   : 0;
 }
 
-// Xlib exits the process after an I/O error unless the display has an exit
-// handler of its own; ours lets the thread notice and end.
+// Xlib's default I/O error handler exits the process; ours returns for our
+// connection, and then its exit handler lets the X thread notice and end.
 std::atomic<bool> g_io_error{false};
+XIOErrorHandler g_previous_io_handler = nullptr;
 void OnXIoErrorExit(Display*, void*) {
   g_io_error = true;
+}
+int OnXIoError(Display* display) {
+  if (display == g_our_display.load()) {
+    g_io_error = true;
+    return 0;
+  }
+  return g_previous_io_handler ? g_previous_io_handler(display) : 0;
 }
 
 std::mutex g_server_mutex;
@@ -375,8 +383,10 @@ bool XServer::Connect(std::string* error) {
   g_our_display = display_;
   {
     static std::once_flag handlers;
-    std::call_once(handlers,
-                   [] { g_previous_error_handler = XSetErrorHandler(OnXError); });
+    std::call_once(handlers, [] {
+      g_previous_error_handler = XSetErrorHandler(OnXError);
+      g_previous_io_handler = XSetIOErrorHandler(OnXIoError);
+    });
   }
   XSetIOErrorExitHandler(display_, OnXIoErrorExit, nullptr);
   int event_base = 0, error_base = 0, major = 0, minor = 0;
