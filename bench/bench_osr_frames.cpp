@@ -1,21 +1,40 @@
-// Frames of an animated 1280x720 page at device scale 1 and 2, through the engine's browsers:
-// how many Chromium made (Page.screencastFrame), how many reached CefRenderHandler::OnPaint, what
-// each painted frame cost this process in CPU, and the time from CreateBrowser to the first
-// OnPaint. Goals: at least 95% painted, first paint under 500 ms.
+// Frames of an animated page through the engine's browsers, with both frame sources side by side
+// (the PNG screencast and the X server), for 1280x720 at device scale 1 and 2 and 1920x1080 at
+// scale 1: frames the source produced, OnPaint calls, the share delivered, this process's CPU per
+// painted frame, Chromium's (and Xvfb's) CPU, CreateBrowser to the first OnPaint (cold: with the
+// Chromium of a new context starting; warm: with it up), and a key press to the first frame that
+// shows it.
+//
+// The frame source is chosen once per process (BROVIA_FRAME_SOURCE), so each source runs in a
+// child process of this program ("--child SOURCE"), which prints one line of figures per size.
+// Goals: the X source at least 50 fps at all sizes and 4 times the screencast at 2560x1440, at
+// least 95% delivered, at most 2 ms engine CPU per frame at 2560x1440, first paint under 500 ms
+// with the engine up, key to frame within 2 frame intervals.
 
+#include <dirent.h>
+#include <sys/wait.h>
 #include <time.h>
+#include <unistd.h>
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
 #include <QUrl>
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iterator>
 #include <functional>
 #include <future>
 #include <mutex>
+#include <sstream>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "include/cef_app.h"
 #include "include/cef_browser.h"
@@ -23,6 +42,7 @@
 #include "include/cef_request_context.h"
 #include "include/cef_task.h"
 #include "libcef/browser/browser_impl.h"
+#include "libcef/browser/chromium_instance.h"
 #include "libcef/devtools/devtools_session.h"
 
 using namespace std::chrono_literals;
@@ -30,21 +50,26 @@ using Clock = std::chrono::steady_clock;
 
 namespace {
 
-// Every pixel changes every frame: the background colour cycles and forty boxes move, unless
-// paused.
+// Every pixel changes every frame while animating: the background colour cycles and forty boxes
+// move. A key press recolours the marker in the top-left corner; the page counts its frames.
 const char kAnimatedPage[] = R"(<html><body style="margin:0;overflow:hidden"><script>
-let paused = false;
+let paused = true, frames = 0, keys = 0;
 const boxes = [];
 for (let i = 0; i < 40; i++) {
   const b = document.createElement('div');
   b.style.cssText = 'position:absolute;width:60px;height:60px;background:hsl(' + i * 9 + ',80%,50%)';
   document.body.appendChild(b); boxes.push(b);
 }
+const marker = document.createElement('div');
+marker.style.cssText = 'position:absolute;left:0;top:0;width:40px;height:40px;z-index:9;background:rgb(0,0,0)';
+document.body.appendChild(marker);
+addEventListener('keydown', () => { keys++; marker.style.background = 'rgb(' + keys % 256 + ',7,9)'; });
 function step(t) {
   requestAnimationFrame(step);
   if (paused) return;
+  frames++;
   document.body.style.background = 'rgb(' + (t / 4 % 256 | 0) + ',' + (t / 7 % 256 | 0) + ',120)';
-  boxes.forEach((b, i) => { b.style.left = ((t / 3 + i * 97) % 1220) + 'px'; b.style.top = ((t / 5 + i * 53) % 660) + 'px'; });
+  boxes.forEach((b, i) => { b.style.left = ((t / 3 + i * 97) % (innerWidth - 60)) + 'px'; b.style.top = ((t / 5 + i * 53) % (innerHeight - 60)) + 'px'; });
 }
 requestAnimationFrame(step);
 </script></body></html>)";
@@ -55,75 +80,34 @@ double cpuSeconds() {
   return ts.tv_sec + ts.tv_nsec / 1e9;
 }
 
-// A 1280x720 view that counts its paints and reads one pixel of each, as a client would.
-class BenchClient : public CefClient, public CefLifeSpanHandler, public CefRenderHandler {
- public:
-  explicit BenchClient(float scale) : scale_(scale) {}
-  CefRefPtr<CefLifeSpanHandler> GetLifeSpanHandler() override { return this; }
-  CefRefPtr<CefRenderHandler> GetRenderHandler() override { return this; }
-
-  void OnAfterCreated(CefRefPtr<CefBrowser> browser) override {
-    std::lock_guard<std::mutex> lock(mutex_);
-    browser_ = browser;
-    changed_.notify_all();
+// CPU seconds of every process in |group| (Chromium's process group), or of this process's
+// children named |name|.
+double groupCpuSeconds(pid_t group, const char* name) {
+  double total = 0;
+  const long ticks = sysconf(_SC_CLK_TCK);
+  DIR* proc = opendir("/proc");
+  if (!proc) return 0;
+  while (dirent* entry = readdir(proc)) {
+    if (entry->d_name[0] < '0' || entry->d_name[0] > '9') continue;
+    std::ifstream stat(std::string("/proc/") + entry->d_name + "/stat");
+    std::string line;
+    std::getline(stat, line);
+    const size_t open = line.find('('), close = line.rfind(')');
+    if (open == std::string::npos || close == std::string::npos) continue;
+    const std::string comm = line.substr(open + 1, close - open - 1);
+    std::istringstream rest(line.substr(close + 2));
+    std::string state;
+    long ppid = 0, pgrp = 0, skip = 0;
+    unsigned long utime = 0, stime = 0;
+    rest >> state >> ppid >> pgrp;
+    for (int i = 0; i < 8; ++i) rest >> skip;
+    rest >> utime >> stime;
+    const bool member = name ? (ppid == getpid() && comm == name) : (group > 0 && pgrp == group);
+    if (member) total += double(utime + stime) / ticks;
   }
-  void OnBeforeClose(CefRefPtr<CefBrowser> browser) override {
-    std::lock_guard<std::mutex> lock(mutex_);
-    browser_ = nullptr;
-    closed_ = true;
-    changed_.notify_all();
-  }
-  void GetViewRect(CefRefPtr<CefBrowser> browser, CefRect& rect) override { rect = CefRect(0, 0, 1280, 720); }
-  bool GetScreenInfo(CefRefPtr<CefBrowser> browser, CefScreenInfo& info) override {
-    info.device_scale_factor = scale_;
-    return true;
-  }
-  void OnPaint(CefRefPtr<CefBrowser> browser, PaintElementType type, const RectList& dirtyRects,
-               const void* buffer, int width, int height) override {
-    pixel_ += static_cast<const uint32_t*>(buffer)[width * height - 1];
-    if (paints_++ == 0) {
-      std::lock_guard<std::mutex> lock(mutex_);
-      first_paint_ = Clock::now();
-      changed_.notify_all();
-    }
-  }
-
-  template <typename Predicate>
-  bool wait(Predicate done) {
-    std::unique_lock<std::mutex> lock(mutex_);
-    return changed_.wait_for(lock, 20s, done);
-  }
-  bool waitFirstPaint() { return wait([this] { return paints_ > 0; }); }
-  bool waitClosed() { return wait([this] { return closed_; }); }
-  CefRefPtr<CefBrowser> browser() {
-    std::lock_guard<std::mutex> lock(mutex_);
-    return browser_;
-  }
-  Clock::time_point first_paint() {
-    std::lock_guard<std::mutex> lock(mutex_);
-    return first_paint_;
-  }
-  uint64_t paints() const { return paints_; }
-
- private:
-  const float scale_;
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  CefRefPtr<CefBrowser> browser_;
-  bool closed_ = false;
-  Clock::time_point first_paint_;
-  std::atomic<uint64_t> paints_{0};
-  std::atomic<uint32_t> pixel_{0};
-  IMPLEMENT_REFCOUNTING(BenchClient);
-};
-
-struct Result {
-  double firstPaintMs = -1;
-  uint64_t produced = 0;
-  uint64_t painted = 0;
-  double seconds = 0;
-  double cpuMsPerFrame = 0;
-};
+  closedir(proc);
+  return total;
+}
 
 class FunctionTask : public CefTask {
  public:
@@ -145,36 +129,141 @@ void onUiThread(std::function<void()> task) {
   done.get_future().wait();
 }
 
-// |cache|: a context of its own, so that its Chromium runs at this browser's scale.
-Result run(float scale, const QTemporaryDir& cache, std::chrono::seconds duration) {
-  Result result;
-  CefRequestContextSettings contextSettings;
-  CefString(&contextSettings.cache_path) = cache.path().toStdString();
-  CefRefPtr<BenchClient> client = new BenchClient(scale);
+// A view that counts its paints and watches the marker pixel, as a client would.
+class BenchClient : public CefClient, public CefLifeSpanHandler, public CefRenderHandler {
+ public:
+  BenchClient(int width, int height, float scale) : width_(width), height_(height), scale_(scale) {}
+  CefRefPtr<CefLifeSpanHandler> GetLifeSpanHandler() override { return this; }
+  CefRefPtr<CefRenderHandler> GetRenderHandler() override { return this; }
+
+  void OnAfterCreated(CefRefPtr<CefBrowser> browser) override {
+    std::lock_guard<std::mutex> lock(mutex_);
+    browser_ = browser;
+    changed_.notify_all();
+  }
+  void OnBeforeClose(CefRefPtr<CefBrowser> browser) override {
+    std::lock_guard<std::mutex> lock(mutex_);
+    browser_ = nullptr;
+    closed_ = true;
+    changed_.notify_all();
+  }
+  void GetViewRect(CefRefPtr<CefBrowser> browser, CefRect& rect) override { rect = CefRect(0, 0, width_, height_); }
+  bool GetScreenInfo(CefRefPtr<CefBrowser> browser, CefScreenInfo& info) override {
+    info.device_scale_factor = scale_;
+    return true;
+  }
+  void OnPaint(CefRefPtr<CefBrowser> browser, PaintElementType type, const RectList& dirtyRects,
+               const void* buffer, int width, int height) override {
+    const uint32_t marker = static_cast<const uint32_t*>(buffer)[width * 2 + 2];
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (paints_++ == 0) first_paint_ = Clock::now();
+    marker_ = marker;
+    changed_.notify_all();
+  }
+
+  template <typename Predicate>
+  bool wait(Predicate done, std::chrono::milliseconds timeout = 30s) {
+    std::unique_lock<std::mutex> lock(mutex_);
+    return changed_.wait_for(lock, timeout, done);
+  }
+  bool waitFirstPaint() { return wait([this] { return paints_ > 0; }); }
+  bool waitClosed() { return wait([this] { return closed_; }); }
+  // Waits until the marker pixel shows |rgb|; when it did.
+  bool waitMarker(uint32_t rgb, Clock::time_point* when) {
+    const bool shown = wait([&] { return (marker_ | 0xff000000u) == (rgb | 0xff000000u); }, 2s);
+    *when = Clock::now();
+    return shown;
+  }
+  CefRefPtr<CefBrowser> browser() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return browser_;
+  }
+  // For wait predicates, which run under the lock.
+  CefRefPtr<CefBrowser> browserLocked() { return browser_; }
+  Clock::time_point first_paint() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return first_paint_;
+  }
+  uint64_t paints() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return paints_;
+  }
+
+ private:
+  const int width_, height_;
+  const float scale_;
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  CefRefPtr<CefBrowser> browser_;
+  bool closed_ = false;
+  Clock::time_point first_paint_;
+  uint64_t paints_ = 0;
+  uint32_t marker_ = 0;
+  IMPLEMENT_REFCOUNTING(BenchClient);
+};
+
+struct Result {
+  double coldMs = -1, warmMs = -1;
+  double pageFps = 0, sourceFps = 0, paintFps = 0;
+  double delivered = 0, cpuMsPerFrame = 0, chromiumCpu = 0, xvfbCpu = 0;
+  double keyMs = -1;
+};
+
+CefRefPtr<CefBrowser> open(CefRefPtr<BenchClient> client, CefRefPtr<CefRequestContext> context, double* ms) {
   CefWindowInfo window;
   window.SetAsWindowless(kNullWindowHandle);
   CefBrowserSettings settings;
   settings.windowless_frame_rate = 60;
   const std::string url = "data:text/html," + QUrl::toPercentEncoding(kAnimatedPage).toStdString();
-
   const Clock::time_point created = Clock::now();
-  if (!CefBrowserHost::CreateBrowser(window, client, url, settings, nullptr,
-                                     CefRequestContext::CreateContext(contextSettings, nullptr)) ||
-      !client->waitFirstPaint()) {
-    std::fprintf(stderr, "no paint at scale %g\n", scale);
-    return result;
-  }
-  result.firstPaintMs = std::chrono::duration<double, std::milli>(client->first_paint() - created).count();
+  if (!CefBrowserHost::CreateBrowser(window, client, url, settings, nullptr, context) || !client->waitFirstPaint() ||
+      !client->wait([&] { return client->browserLocked() != nullptr; }))
+    return nullptr;
+  *ms = std::chrono::duration<double, std::milli>(client->first_paint() - created).count();
+  return client->browser();
+}
 
-  // Chromium's frames, counted on the page's own session.
-  CefRefPtr<CefBrowser> browser = client->browser();
+double evaluateNumber(CefRefPtr<CefBrowser> browser, const char* expression) {
   auto* impl = static_cast<cefengine::BrowserImpl*>(browser.get());
-  std::atomic<uint64_t> produced{0};
+  std::promise<double> value;
+  impl->Evaluate(QString(), QString::fromLatin1(expression), [&](const QJsonValue& result, const QString&) {
+    value.set_value(result.toDouble());
+  });
+  return value.get_future().get();
+}
+
+void closeBrowser(CefRefPtr<BenchClient> client, CefRefPtr<CefBrowser>& browser) {
+  browser->GetHost()->CloseBrowser(true);
+  browser = nullptr;
+  client->waitClosed();
+}
+
+Result run(int width, int height, float scale, bool x11, std::chrono::seconds duration) {
+  Result result;
+  QTemporaryDir cache;  // a context of its own: its Chromium runs at this scale
+  CefRequestContextSettings contextSettings;
+  CefString(&contextSettings.cache_path) = cache.path().toStdString();
+  CefRefPtr<CefRequestContext> context = CefRequestContext::CreateContext(contextSettings, nullptr);
+
+  // Cold: the context's Chromium starts with the first browser. Warm: a second one.
+  {
+    CefRefPtr<BenchClient> first = new BenchClient(width, height, scale);
+    CefRefPtr<CefBrowser> browser = open(first, context, &result.coldMs);
+    if (!browser) return result;
+    closeBrowser(first, browser);
+  }
+  CefRefPtr<BenchClient> client = new BenchClient(width, height, scale);
+  CefRefPtr<CefBrowser> browser = open(client, context, &result.warmMs);
+  if (!browser) return result;
+  auto* impl = static_cast<cefengine::BrowserImpl*>(browser.get());
+  const pid_t chromium = impl->chromium()->chromium_pid();
+
+  std::atomic<uint64_t> screencastFrames{0};
   int subscription = 0;
   onUiThread([&] {
     subscription = impl->devtools()->subscribe(impl->session_id(), [&](const QString& method, const QJsonObject&,
                                                                         const QString&) {
-      if (method == QLatin1String("Page.screencastFrame")) ++produced;
+      if (method == QLatin1String("Page.screencastFrame")) ++screencastFrames;
     });
   });
 
@@ -183,34 +272,71 @@ Result run(float scale, const QTemporaryDir& cache, std::chrono::seconds duratio
     browser->GetMainFrame()->ExecuteJavaScript(on ? "paused = false" : "paused = true", "", 0);
     if (!on) std::this_thread::sleep_for(500ms);
   };
+  animate(true);
   std::this_thread::sleep_for(1s);  // warm up
   animate(false);
-  const uint64_t producedBefore = produced;
+  const double pageBefore = evaluateNumber(browser, "frames");
+  const uint64_t sourceBefore = screencastFrames;
   const uint64_t paintedBefore = client->paints();
   const double cpuBefore = cpuSeconds();
+  const double chromiumBefore = groupCpuSeconds(chromium, nullptr);
+  const double xvfbBefore = groupCpuSeconds(0, "Xvfb");
   const Clock::time_point start = Clock::now();
   animate(true);
   std::this_thread::sleep_for(duration);
-  result.seconds = std::chrono::duration<double>(Clock::now() - start).count();
+  const double chromiumCpu = groupCpuSeconds(chromium, nullptr) - chromiumBefore;
+  const double xvfbCpu = groupCpuSeconds(0, "Xvfb") - xvfbBefore;
+  const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
   animate(false);
   const double cpu = cpuSeconds() - cpuBefore;
-  result.produced = produced - producedBefore;
-  result.painted = client->paints() - paintedBefore;
-  result.cpuMsPerFrame = result.painted ? cpu * 1000 / result.painted : 0;
-
+  const double pageFrames = evaluateNumber(browser, "frames") - pageBefore;
+  const uint64_t painted = client->paints() - paintedBefore;
+  // What the source produced: the screencast's frames, or for the X source every frame the page
+  // drew (each changes pixels, so each is damage to copy).
+  const double produced = x11 ? pageFrames : double(screencastFrames - sourceBefore);
+  result.pageFps = pageFrames / seconds;
+  result.sourceFps = produced / seconds;
+  result.paintFps = painted / seconds;
+  result.delivered = produced > 0 ? std::min(100.0, 100.0 * painted / produced) : 0;
+  result.cpuMsPerFrame = painted ? cpu * 1000 / painted : 0;
+  result.chromiumCpu = 100 * chromiumCpu / seconds;
+  result.xvfbCpu = 100 * xvfbCpu / seconds;
   onUiThread([&] { impl->devtools()->unsubscribe(subscription); });
-  browser->GetHost()->CloseBrowser(true);
-  browser = nullptr;
-  client->waitClosed();
+
+  // Key press to the first frame that shows it, on the still page: the median of ten.
+  std::vector<double> keys;
+  for (int i = 1; i <= 10; ++i) {
+    CefKeyEvent key;
+    key.type = KEYEVENT_RAWKEYDOWN;
+    key.windows_key_code = 'A';
+    key.character = key.unmodified_character = 'a';
+    const Clock::time_point pressed = Clock::now();
+    browser->GetHost()->SendKeyEvent(key);
+    key.type = KEYEVENT_KEYUP;
+    browser->GetHost()->SendKeyEvent(key);
+    Clock::time_point shown;
+    // BGRA in memory: rgb(i,7,9) reads as 0xffRRGGBB.
+    if (client->waitMarker((uint32_t(i) << 16) | (7 << 8) | 9, &shown))
+      keys.push_back(std::chrono::duration<double, std::milli>(shown - pressed).count());
+    std::this_thread::sleep_for(100ms);
+  }
+  if (!keys.empty()) {
+    std::sort(keys.begin(), keys.end());
+    result.keyMs = keys[keys.size() / 2];
+  }
+  closeBrowser(client, browser);
   return result;
 }
 
-}  // namespace
+struct Size {
+  int width, height;
+  float scale;
+};
+const Size kSizes[] = {{1280, 720, 1}, {1280, 720, 2}, {1920, 1080, 1}};
 
-int main(int argc, char** argv) {
+int child(const char* source, int argc, char** argv) {
+  setenv("BROVIA_FRAME_SOURCE", source, 1);
   QCoreApplication app(argc, argv);
-  // Chromium writes into them until CefShutdown.
-  const QTemporaryDir caches[2];
   CefSettings settings;
   settings.multi_threaded_message_loop = true;
   settings.windowless_rendering_enabled = true;
@@ -219,22 +345,96 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "the engine did not start\n");
     return 1;
   }
-  const Result results[] = {run(1, caches[0], 8s), run(2, caches[1], 8s)};
+  const bool x11 = std::strcmp(source, "x11") == 0;
+  for (const Size& size : kSizes) {
+    const Result r = run(size.width, size.height, size.scale, x11, 5s);
+    std::printf("RESULT %d %d %g %f %f %f %f %f %f %f %f %f %f %f\n", size.width, size.height, size.scale, r.coldMs,
+                r.warmMs, r.pageFps, r.sourceFps, r.paintFps, r.delivered, r.cpuMsPerFrame, r.chromiumCpu, r.xvfbCpu,
+                r.keyMs, 0.0);
+    std::fflush(stdout);
+  }
   CefShutdown();
+  return 0;
+}
 
-  std::printf("OSR frames, animated 1280x720 page, CreateBrowser .. OnPaint through the engine\n");
-  std::printf("%-30s %14s %14s\n", "", "scale 1", "scale 2");
-  std::printf("%-30s %14s %14s\n", "frame size", "1280x720", "2560x1440");
-  std::printf("%-30s %14.0f %14.0f\n", "CreateBrowser to OnPaint ms", results[0].firstPaintMs, results[1].firstPaintMs);
-  std::printf("%-30s %14.1f %14.1f\n", "Chromium frames/s", results[0].produced / results[0].seconds,
-              results[1].produced / results[1].seconds);
-  std::printf("%-30s %14llu %14llu\n", "Chromium frames", (unsigned long long)results[0].produced,
-              (unsigned long long)results[1].produced);
-  std::printf("%-30s %14llu %14llu\n", "OnPaint calls", (unsigned long long)results[0].painted,
-              (unsigned long long)results[1].painted);
-  std::printf("%-30s %13.1f%% %13.1f%%\n", "OnPaint / Chromium frames",
-              results[0].produced ? 100.0 * results[0].painted / results[0].produced : 0,
-              results[1].produced ? 100.0 * results[1].painted / results[1].produced : 0);
-  std::printf("%-30s %14.2f %14.2f\n", "engine CPU ms per OnPaint", results[0].cpuMsPerFrame, results[1].cpuMsPerFrame);
+// Runs this program as a child for |source| and reads its figures.
+std::vector<Result> measure(const char* self, const char* source) {
+  std::vector<Result> results(std::size(kSizes));
+  int out[2];
+  if (pipe(out) != 0) return results;
+  const pid_t pid = fork();
+  if (pid == 0) {
+    dup2(out[1], 1);
+    close(out[0]);
+    close(out[1]);
+    execl(self, self, "--child", source, static_cast<char*>(nullptr));
+    _exit(127);
+  }
+  close(out[1]);
+  std::string text;
+  char buffer[4096];
+  ssize_t got;
+  while ((got = read(out[0], buffer, sizeof(buffer))) > 0) text.append(buffer, size_t(got));
+  close(out[0]);
+  waitpid(pid, nullptr, 0);
+  std::istringstream lines(text);
+  std::string line;
+  size_t i = 0;
+  while (std::getline(lines, line) && i < results.size()) {
+    if (line.rfind("RESULT ", 0) != 0) continue;
+    Result& r = results[i++];
+    int w, h;
+    float s;
+    double unused;
+    std::sscanf(line.c_str(), "RESULT %d %d %g %lf %lf %lf %lf %lf %lf %lf %lf %lf %lf %lf", &w, &h, &s, &r.coldMs,
+                &r.warmMs, &r.pageFps, &r.sourceFps, &r.paintFps, &r.delivered, &r.cpuMsPerFrame, &r.chromiumCpu,
+                &r.xvfbCpu, &r.keyMs, &unused);
+  }
+  return results;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc == 3 && std::strcmp(argv[1], "--child") == 0) return child(argv[2], argc, argv);
+
+  const char* sources[2] = {"x11", "screencast"};
+  std::vector<Result> results[2];
+  for (int s = 0; s < 2; ++s) results[s] = measure("/proc/self/exe", sources[s]);
+
+  std::printf("OSR frames of an animated page through the engine, X server against PNG screencast\n");
+  std::printf("%-34s", "");
+  for (const Size& size : kSizes) {
+    char label[64];
+    std::snprintf(label, sizeof(label), "%dx%d@%g", size.width, size.height, size.scale);
+    std::printf(" %11s x11 %11s sc", label, "");
+  }
+  std::printf("\n");
+  auto row = [&](const char* name, const char* format, auto field) {
+    std::printf("%-34s", name);
+    for (size_t i = 0; i < std::size(kSizes); ++i) {
+      for (int s = 0; s < 2; ++s) {
+        char cell[32];
+        std::snprintf(cell, sizeof(cell), format, field(results[s][i]));
+        std::printf(" %14s", cell);
+      }
+    }
+    std::printf("\n");
+  };
+  row("page frames/s (rAF)", "%.1f", [](const Result& r) { return r.pageFps; });
+  row("frames/s the source produced", "%.1f", [](const Result& r) { return r.sourceFps; });
+  row("OnPaint calls/s", "%.1f", [](const Result& r) { return r.paintFps; });
+  row("share delivered %", "%.1f", [](const Result& r) { return r.delivered; });
+  row("engine CPU ms per frame", "%.2f", [](const Result& r) { return r.cpuMsPerFrame; });
+  row("Chromium CPU %", "%.0f", [](const Result& r) { return r.chromiumCpu; });
+  row("Xvfb CPU %", "%.0f", [](const Result& r) { return r.xvfbCpu; });
+  row("CreateBrowser to OnPaint ms, cold", "%.0f", [](const Result& r) { return r.coldMs; });
+  row("CreateBrowser to OnPaint ms, warm", "%.0f", [](const Result& r) { return r.warmMs; });
+  row("key press to frame ms (median)", "%.1f", [](const Result& r) { return r.keyMs; });
+  for (size_t i = 0; i < std::size(kSizes); ++i) {
+    const double a = results[0][i].paintFps, b = results[1][i].paintFps;
+    std::printf("x11 vs screencast %dx%d@%g: %.1f fps vs %.1f fps (ratio %.2f)\n", kSizes[i].width,
+                kSizes[i].height, kSizes[i].scale, a, b, b > 0 ? a / b : 0.0);
+  }
   return 0;
 }

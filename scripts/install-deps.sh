@@ -9,6 +9,7 @@ packages=(
   libboost1.81-dev libboost-log1.81-dev libboost-thread1.81-dev libboost-filesystem1.81-dev
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   chromium-headless-shell chromium libxcb1-dev x11-utils
+  libx11-dev libxext-dev libxdamage-dev libxfixes-dev libxcomposite-dev libxtst-dev
   libssl-dev openssl libdeflate-dev media-types
   xvfb xauth fonts-dejavu-core
 )

@@ -7,5 +7,6 @@ extern "C" const char* __lsan_default_suppressions()
            "leak:libfontconfig.so\n"
            "leak:libdbus-1.so\n"
            "leak:libglib-2.0.so\n"
-           "leak:libcrypto.so\n";
+           "leak:libcrypto.so\n"
+           "leak:libX11.so\n";
 }

@@ -20,7 +20,9 @@ int OpenPages(CefRefPtr<CefBrowser> browser) {
       "Target.getTargets", {}, QString(), std::chrono::seconds(10));
   int pages = 0;
   for (const QJsonValue& info : reply.result.value("targetInfos").toArray()) {
-    pages += info.toObject().value("type").toString() == "page";
+    // A full Chromium (the X frame source) keeps the engine's launcher page besides.
+    pages += info.toObject().value("type").toString() == "page" &&
+             info.toObject().value("url").toString() != "data:text/html,<title>brovia</title>";
   }
   return pages;
 }

@@ -180,6 +180,40 @@ bool BrowserImpl::CreateTarget(bool sync, const std::string& url) {
     return false;
   }
   const CefSize size = view_size();
+  if (chromium_->uses_x11()) {
+    // A window of its own in the engine's X server, of the view's size.
+    int left = 0, top = 0;
+    chromium_->NextWindowPlace(&left, &top);
+    const QJsonObject visible = VisibleSize();
+    const int width = visible.value(QLatin1String("width")).toInt();
+    const int height = visible.value(QLatin1String("height")).toInt();
+    if (sync) {
+      const QString target =
+          chromium_->OpenWindowSync(left, top, width, height);
+      if (target.isEmpty()) {
+        LOG(ERROR) << "CefBrowserHost::CreateBrowserSync: Chromium made no "
+                      "page";
+        return false;
+      }
+      OnTargetCreated(target);
+      NotifyAfterCreated();
+      return true;
+    }
+    CefRefPtr<BrowserImpl> self(this);
+    chromium_->OpenWindow(
+        left, top, width, height,
+        [self](const QString& target, const QString& error) {
+          if (target.isEmpty()) {
+            LOG(ERROR) << "CefBrowserHost::CreateBrowser: Chromium made no "
+                          "page: "
+                       << error.toStdString();
+            self->Destroy(false);
+            return;
+          }
+          self->OnTargetCreated(target);
+        });
+    return true;
+  }
   const QJsonObject params{{"url", "about:blank"},
                            {"width", size.width},
                            {"height", size.height}};
@@ -324,6 +358,16 @@ void BrowserImpl::Attach(const QString& session_id) {
   }
   // Drags the page starts go to the client's render handler.
   send("Input.setInterceptDrags", {{"enabled", true}});
+  if (chromium_->uses_x11()) {
+    // A full Chromium would open its own context menu over the page; the
+    // engine's goes to the client instead. Whether the page itself
+    // cancelled the event is kept for the menu's watcher.
+    send("Page.addScriptToEvaluateOnNewDocument",
+         {{"source",
+           "addEventListener('contextmenu', e => {"
+           " e.broviaPagePrevented = e.defaultPrevented; e.preventDefault(); })"},
+          {"worldName", kEngineWorld}});
+  }
   // Headless Chromium prints nothing: window.print() asks the client.
   send("Runtime.addBinding", {{"name", Printing::kPrintBinding}});
   send("Page.addScriptToEvaluateOnNewDocument",
@@ -393,6 +437,9 @@ void BrowserImpl::NotifyAfterCreated() {
   if (CefRefPtr<CefLifeSpanHandler> life_span =
           client ? client->GetLifeSpanHandler() : nullptr) {
     life_span->OnAfterCreated(this);
+  }
+  if (render_observer_) {
+    render_observer_->OnAfterCreated(this);
   }
 }
 
@@ -1796,16 +1843,57 @@ void BrowserImpl::NotifyMoveOrResizeStarted() {}
 // --- Input ----------------------------------------------------------------
 
 void BrowserImpl::SendKeyEvent(const CefKeyEvent& event) {
+  if (chromium_->uses_x11() && event.type != KEYEVENT_KEYUP) {
+    CefRefPtr<BrowserImpl> self(this);
+    RunOnUiThread([self] {
+      if (self->render_observer_) {
+        self->render_observer_->OnKeyInput(self.get());
+      }
+    });
+  }
   SendPageCommand(QStringLiteral("Input.dispatchKeyEvent"),
                   InputTranslator::KeyEvent(event));
+}
+
+void BrowserImpl::SendMouseInput(const CefMouseEvent& event,
+                                 int button,
+                                 bool up,
+                                 int wheel_x,
+                                 int wheel_y,
+                                 QJsonObject params,
+                                 std::function<void()> after) {
+  if (!chromium_->uses_x11()) {
+    SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"), params);
+    if (after) {
+      after();
+    }
+    return;
+  }
+  // An open drop-down of a full Chromium takes its own input, through the
+  // X server: the decision is the renderer's, on the engine UI thread.
+  CefRefPtr<BrowserImpl> self(this);
+  RunOnUiThread([self, event, button, up, wheel_x, wheel_y,
+                 params = std::move(params), after = std::move(after)] {
+    if (self->render_observer_ &&
+        self->render_observer_->OnMouseEvent(self.get(), event, button, up,
+                                             wheel_x, wheel_y)) {
+      return;
+    }
+    self->SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"), params);
+    if (after) {
+      after();
+    }
+  });
 }
 
 void BrowserImpl::SendMouseClickEvent(const CefMouseEvent& event,
                                       MouseButtonType type,
                                       bool mouseUp,
                                       int clickCount) {
-  SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"),
-                  ToPagePoint(InputTranslator::MouseClick(event, type, mouseUp, clickCount)));
+  SendMouseInput(event, type == MBT_LEFT ? 1 : type == MBT_MIDDLE ? 2 : 3, mouseUp, 0, 0,
+                 ToPagePoint(InputTranslator::MouseClick(event, type, mouseUp,
+                                                         clickCount)),
+                 {});
 }
 
 void BrowserImpl::SendMouseMoveEvent(const CefMouseEvent& event,
@@ -1814,15 +1902,17 @@ void BrowserImpl::SendMouseMoveEvent(const CefMouseEvent& event,
     std::lock_guard<std::mutex> lock(mutex_);
     last_mouse_point_ = CefPoint(event.x, event.y);
   }
-  SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"),
-                  ToPagePoint(InputTranslator::MouseMove(event, mouseLeave)));
+  SendMouseInput(event, 0, false, 0, 0,
+                 ToPagePoint(InputTranslator::MouseMove(event, mouseLeave)),
+                 {});
 }
 
 void BrowserImpl::SendMouseWheelEvent(const CefMouseEvent& event,
                                       int deltaX,
                                       int deltaY) {
-  SendPageCommand(QStringLiteral("Input.dispatchMouseEvent"),
-                  ToPagePoint(InputTranslator::MouseWheel(event, deltaX, deltaY)));
+  SendMouseInput(
+      event, 0, false, deltaX, deltaY,
+      ToPagePoint(InputTranslator::MouseWheel(event, deltaX, deltaY)), {});
 }
 
 QJsonArray BrowserImpl::TouchPoints() const {

@@ -130,6 +130,12 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   // View pixels per CSS pixel of the page: its zoom. Any thread.
   double css_to_view_scale();
 
+  // OnAfterCreated was called. Engine UI thread.
+  bool after_created() const { return after_created_; }
+
+  // The Chromium serving this page. Any thread.
+  ChromiumInstance* chromium() const { return chromium_.get(); }
+
   // --- Engine internals ------------------------------------------------
 
   // An event of the page's session (|session_id|), of one of its frames'
@@ -398,6 +404,17 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   void SetHistory(const QJsonArray& entries, int current_index);
   bool HistoryState(bool* can_go_back, bool* can_go_forward) const;
   void SetDocumentStatus(int http_status);
+
+  // Input.dispatchMouseEvent with |params|, then |after|; with a full
+  // Chromium the renderer may route it to an open drop-down instead. Any
+  // thread.
+  void SendMouseInput(const CefMouseEvent& event,
+                      int button,
+                      bool up,
+                      int wheel_x,
+                      int wheel_y,
+                      QJsonObject params,
+                      std::function<void()> after);
 
   // Touch points held down, for Input.dispatchTouchEvent's full lists.
   QJsonArray TouchPoints() const;

@@ -11,6 +11,7 @@
 #include "libcef/browser/context_storage.h"
 #include "libcef/browser/request_context_impl.h"
 #include "libcef/context.h"
+#include "libcef/osr/x_server.h"
 
 namespace cefengine {
 
@@ -126,6 +127,8 @@ void BrowserRegistry::Shutdown() {
   for (auto& [path, storage] : storages) {
     storage->chromium->Shutdown();
   }
+  // Chromium is gone: its X server (if the X frame source ran) goes too.
+  XServer::ShutdownIfRunning();
   // Browsers still open now were never closed by the application; they go
   // without OnBeforeClose, as Chromium has.
   for (auto& [id, browser] : browsers) {

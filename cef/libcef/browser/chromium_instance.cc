@@ -1,6 +1,10 @@
 #include "libcef/browser/chromium_instance.h"
 
 #include <pthread.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <thread>
 
 #include <chrono>
 #include <set>
@@ -16,6 +20,7 @@
 #include "libcef/browser/downloads.h"
 #include "libcef/browser/ui_task.h"
 #include "libcef/context.h"
+#include "libcef/osr/x_server.h"
 
 namespace cefengine {
 
@@ -34,9 +39,19 @@ const std::set<std::string>& ReservedSwitches() {
       "remote-debugging-address", "remote-debugging-io-pipes",
       "user-data-dir",            "headless",
       "force-device-scale-factor", "type",
+      "app",                      "ozone-platform",
   };
   return reserved;
 }
+
+// The page a full Chromium starts with, in an app window: it opens every
+// page's window, framed by nothing but the page (app popups have no tab strip
+// or toolbar, and no window manager decorates them).
+constexpr char kLauncherUrl[] = "data:text/html,<title>brovia</title>";
+
+// Whether the X server already failed once: then the screencast serves for
+// good, said once.
+std::atomic<bool> g_x11_failed{false};
 
 cef_termination_status_t TerminationStatus(int signal) {
   return signal == 9 || signal == 15 ? TS_PROCESS_WAS_KILLED
@@ -230,6 +245,34 @@ ChromiumInstance::Launched ChromiumInstance::Launch(
   options.deviceScaleFactor = device_scale_factor;
   options.extraSwitches = std::move(switches);
 
+  // The X frame source: a full Chromium in the engine's own X server, a
+  // drop-in for the headless one.
+  const FrameSourceChoice& choice = FrameSourceChoice::Get(
+      CefString(&Context::Get()->settings().browser_subprocess_path)
+          .ToString());
+  std::shared_ptr<XServer> x_server;
+  if (choice.x11 && !g_x11_failed) {
+    std::string x_error;
+    x_server = XServer::Get(choice.xvfb, &x_error);
+    if (!x_server && !g_x11_failed.exchange(true)) {
+      LOG(WARNING) << "Frame source: the engine's X server cannot start ("
+                   << x_error
+                   << "), so frames come from the slower PNG screencast";
+    }
+  }
+  if (x_server) {
+    // A full Chromium hands itself over to another one that runs on the
+    // same profile (its process singleton) and quits. Profiles are shared
+    // the way the headless shell shares them: its lock goes.
+    for (const char* singleton :
+         {"SingletonLock", "SingletonSocket", "SingletonCookie"}) {
+      ::unlink((user_data_dir + "/" + singleton).c_str());
+    }
+    options.program = choice.chromium;
+    options.x11Display = x_server->display_name();
+    options.extraSwitches.push_back(std::string("app=") + kLauncherUrl);
+  }
+
   auto session = std::make_shared<DevToolsSession>(
       [](std::function<void()> task) { PostUiTask(std::move(task)); });
   std::weak_ptr<ChromiumInstance> weak = shared_from_this();
@@ -271,6 +314,14 @@ ChromiumInstance::Launched ChromiumInstance::Launch(
                          QLatin1String("Chrome/"))
           : QString::fromStdString(configured);
 
+  if (x_server && !AttachLauncher(session.get())) {
+    LOG(ERROR) << "Chromium (pid " << session->pid()
+               << ") opened no start-up window on the X server";
+    session->stop(kStopTimeout);
+    return {};
+  }
+  launched.x_server = std::move(x_server);
+
   // Every new page, ours or a popup, is attached and held before it runs,
   // so that no event of its first load is missed.
   session->sendCommand(QStringLiteral("Target.setDiscoverTargets"),
@@ -297,6 +348,8 @@ void ChromiumInstance::FinishStart(Launched launched,
       session_ = std::move(launched.session);
       user_agent_ = launched.user_agent;
       scale_factor_ = device_scale_factor;
+      x_server_ = launched.x_server;
+      x11_ = x_server_ != nullptr;
       claimed_ = false;
       // Ahead of the waiters, so that no page exists before downloads are
       // set up.
@@ -427,6 +480,14 @@ void ChromiumInstance::OnEvent(const DevToolsSession* from,
     OnDisconnected(from, params);
     return;
   }
+  {
+    // What a Chromium says while it starts (its start-up window among it) is
+    // not for the pages; nor is what a replaced one still says.
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (session_.get() != from) {
+      return;
+    }
+  }
   if (!session_id.isEmpty()) {
     auto it = sessions_.find(session_id);
     if (it != sessions_.end()) {
@@ -466,7 +527,24 @@ void ChromiumInstance::OnAttachedToTarget(const QJsonObject& params) {
   const QJsonObject info = params.value(QLatin1String("targetInfo")).toObject();
   const QString target_id = info.value(QLatin1String("targetId")).toString();
   const QString opener_id = info.value(QLatin1String("openerId")).toString();
-  if (!opener_id.isEmpty()) {
+  if (!launcher_target_.isEmpty() && target_id == launcher_target_) {
+    return;
+  }
+  if (!launcher_target_.isEmpty() && opener_id == launcher_target_ &&
+      !waiters_.count(target_id) && !targets_.count(target_id)) {
+    // A window OpenWindow asked for, in the order asked.
+    if (launches_.empty() || opened_.count(target_id)) {
+      DiscardTarget(target_id, session_id);
+      return;
+    }
+    opened_.insert(target_id);
+    OpenedCallback opened = std::move(launches_.front());
+    launches_.pop_front();
+    unclaimed_[target_id] = Attachment{session_id, info};
+    opened(target_id, QString());
+    return;
+  }
+  if (!opener_id.isEmpty() && opener_id != launcher_target_) {
     if (CefRefPtr<BrowserImpl> opener = BrowserForTarget(opener_id)) {
       opener->OnProtocolEvent(QStringLiteral("Target.attachedToTarget"),
                               params);
@@ -561,6 +639,13 @@ void ChromiumInstance::OnDisconnected(const DevToolsSession* from,
   }
   unclaimed_.clear();
   waiters_.clear();
+  std::deque<OpenedCallback> launches;
+  launches.swap(launches_);
+  launcher_target_.clear();
+  launcher_session_.clear();
+  for (OpenedCallback& opened : launches) {
+    opened(QString(), QStringLiteral("Chromium ended"));
+  }
   for (const CefRefPtr<BrowserImpl>& browser : browsers) {
     browser->OnChromiumGone(TerminationStatus(signal),
                             signal ? signal : exit_code, status);
@@ -590,8 +675,146 @@ void ChromiumInstance::Shutdown() {
   unclaimed_.clear();
   waiters_.clear();
   downloads_.reset();
+  launches_.clear();
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    x_server_.reset();
+  }
   temp_dir_.reset();
   download_dir_.reset();
+}
+
+std::shared_ptr<XServer> ChromiumInstance::x_server() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return x_server_;
+}
+
+pid_t ChromiumInstance::chromium_pid() const {
+  std::shared_ptr<DevToolsSession> running = session();
+  return running ? running->pid() : 0;
+}
+
+bool ChromiumInstance::AttachLauncher(DevToolsSession* session) {
+  // The start-up window may come a moment after Chromium first answers.
+  const auto deadline = std::chrono::steady_clock::now() + kStartTimeout;
+  QString launcher;
+  while (launcher.isEmpty() && std::chrono::steady_clock::now() < deadline) {
+    const DevToolsReply targets = session->sendCommandSync(
+        QStringLiteral("Target.getTargets"), {}, QString(), kStartTimeout);
+    if (!targets.ok()) {
+      return false;
+    }
+    for (const QJsonValue& value :
+         targets.result.value(QLatin1String("targetInfos")).toArray()) {
+      const QJsonObject target = value.toObject();
+      if (target.value(QLatin1String("type")).toString() == "page" &&
+          target.value(QLatin1String("url")).toString() ==
+              QLatin1String(kLauncherUrl)) {
+        launcher = target.value(QLatin1String("targetId")).toString();
+      }
+    }
+    if (launcher.isEmpty()) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+  }
+  if (launcher.isEmpty()) {
+    return false;
+  }
+  const DevToolsReply attached = session->sendCommandSync(
+      QStringLiteral("Target.attachToTarget"),
+      QJsonObject{{"targetId", launcher}, {"flatten", true}}, QString(),
+      kStartTimeout);
+  if (!attached.ok()) {
+    return false;
+  }
+  launcher_target_ = launcher;
+  launcher_session_ =
+      attached.result.value(QLatin1String("sessionId")).toString();
+  return true;
+}
+
+void ChromiumInstance::NextWindowPlace(int* left, int* top) {
+  // Far from the launcher's window at (10, 10); 32 by 8 places, 6 DIP
+  // apart, so that a window is known by where it is.
+  const int slot = window_slot_++ % 256;
+  *left = 100 + 6 * (slot % 32);
+  *top = 100 + 6 * (slot / 32);
+}
+
+QString ChromiumInstance::WindowOpenScript(int left, int top, int width,
+                                           int height) const {
+  return QStringLiteral(
+             "String(window.open('about:blank', '', "
+             "'popup,noopener,left=%1,top=%2,width=%3,height=%4'))")
+      .arg(left)
+      .arg(top)
+      .arg(std::max(1, width))
+      .arg(std::max(1, height));
+}
+
+void ChromiumInstance::OpenWindow(int left, int top, int width, int height,
+                                  OpenedCallback opened) {
+  std::shared_ptr<DevToolsSession> running = session();
+  if (!running || launcher_session_.isEmpty()) {
+    opened(QString(), QStringLiteral("no Chromium runs"));
+    return;
+  }
+  launches_.push_back(std::move(opened));
+  std::weak_ptr<ChromiumInstance> weak = shared_from_this();
+  // A user gesture each time: the popup blocker lets the window through.
+  running->sendCommand(
+      QStringLiteral("Runtime.evaluate"),
+      QJsonObject{{"expression", WindowOpenScript(left, top, width, height)},
+                  {"userGesture", true}},
+      launcher_session_,
+      [weak](const QJsonObject&, const QJsonObject& error) {
+        std::shared_ptr<ChromiumInstance> self = weak.lock();
+        if (!self || error.isEmpty() || self->launches_.empty()) {
+          return;
+        }
+        // No window comes for this call: the last one waiting is its.
+        OpenedCallback failed = std::move(self->launches_.back());
+        self->launches_.pop_back();
+        failed(QString(),
+               error.value(QLatin1String("message")).toString());
+      });
+}
+
+QString ChromiumInstance::OpenWindowSync(int left, int top, int width,
+                                         int height) {
+  std::shared_ptr<DevToolsSession> running = session();
+  if (!running || launcher_session_.isEmpty()) {
+    return QString();
+  }
+  const DevToolsReply opened = running->sendCommandSync(
+      QStringLiteral("Runtime.evaluate"),
+      QJsonObject{{"expression", WindowOpenScript(left, top, width, height)},
+                  {"userGesture", true}},
+      launcher_session_, kStartTimeout);
+  if (!opened.ok()) {
+    return QString();
+  }
+  const auto deadline = std::chrono::steady_clock::now() + kStartTimeout;
+  while (std::chrono::steady_clock::now() < deadline) {
+    const DevToolsReply targets = running->sendCommandSync(
+        QStringLiteral("Target.getTargets"), {}, QString(), kStartTimeout);
+    if (!targets.ok()) {
+      return QString();
+    }
+    for (const QJsonValue& value :
+         targets.result.value(QLatin1String("targetInfos")).toArray()) {
+      const QJsonObject target = value.toObject();
+      const QString id = target.value(QLatin1String("targetId")).toString();
+      if (target.value(QLatin1String("openerId")).toString() ==
+              launcher_target_ &&
+          !opened_.count(id) && !targets_.count(id) && !unclaimed_.count(id)) {
+        opened_.insert(id);
+        return id;
+      }
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return QString();
 }
 
 }  // namespace cefengine

@@ -14,6 +14,9 @@
 #include <thread>
 #include <vector>
 
+#include <deque>
+#include <set>
+
 #include <QJsonObject>
 #include <QString>
 #include <QTemporaryDir>
@@ -24,6 +27,7 @@ namespace cefengine {
 
 class BrowserImpl;
 class Downloads;
+class XServer;
 
 class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
  public:
@@ -57,6 +61,26 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
 
   // The running session, or null. Any thread.
   std::shared_ptr<DevToolsSession> session() const;
+
+  // --- The X frame source (BROVIA_FRAME_SOURCE) -----------------------
+  // A full Chromium in the engine's X server runs: pages are windows of it,
+  // opened by OpenWindow. Any thread, once started.
+  bool uses_x11() const { return x11_.load(); }
+  std::shared_ptr<XServer> x_server() const;
+  // Chromium's process id, 0 when none runs. Any thread.
+  pid_t chromium_pid() const;
+  // A place for a new window on the X screen, in Chromium's screen pixels
+  // (DIP), different from the windows opened lately. Engine UI thread.
+  void NextWindowPlace(int* left, int* top);
+  // Opens a frameless window of |width| x |height| DIP at (left, top) with a
+  // held about:blank page, which Chromium attaches as usual; |opened| gets
+  // its target id, or an empty one with the reason. Engine UI thread.
+  using OpenedCallback =
+      std::function<void(const QString& target_id, const QString& error)>;
+  void OpenWindow(int left, int top, int width, int height,
+                  OpenedCallback opened);
+  // The same, blocking until the target exists (CreateBrowserSync).
+  QString OpenWindowSync(int left, int top, int width, int height);
   // The scale Chromium was started with (1 when none was asked). Any thread.
   float scale_factor() const { return scale_factor_.load(); }
   // The user agent pages get: Chromium's own without "Headless", or the
@@ -118,6 +142,7 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
   struct Launched {
     std::shared_ptr<DevToolsSession> session;
     QString user_agent;
+    std::shared_ptr<XServer> x_server;
   };
   // Runs on the starter thread: spawns Chromium and waits for its first
   // answer (blocks, normally well under a second, 20 s at most).
@@ -129,6 +154,11 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
   // Starter thread: the start ended.
   void FinishStart(Launched launched, float device_scale_factor);
   bool RunningLocked() const;
+  // After Chromium answered, with a full Chromium: its start-up window is the
+  // launcher page that opens every page's window. False if none is found.
+  // Starter thread.
+  bool AttachLauncher(DevToolsSession* session);
+  QString WindowOpenScript(int left, int top, int width, int height) const;
 
   const std::string cache_path_;
   std::unique_ptr<QTemporaryDir> temp_dir_;
@@ -158,6 +188,17 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
   std::map<QString, Attachment> unclaimed_;
   std::map<QString, AttachCallback> waiters_;
   std::shared_ptr<Downloads> downloads_;
+
+  // The X frame source.
+  std::atomic<bool> x11_{false};
+  std::shared_ptr<XServer> x_server_;
+  QString launcher_target_;
+  QString launcher_session_;
+  // OpenWindow calls waiting for their window's target, in order.
+  std::deque<OpenedCallback> launches_;
+  // Targets the launcher opened, so far.
+  std::set<QString> opened_;
+  int window_slot_ = 0;
 };
 
 }  // namespace cefengine

@@ -192,7 +192,9 @@ QString ContextMenus::WatcherScript() {
              "  if (window !== window.top) return;"
              "  const send = %1;"
              "  addEventListener('contextmenu', (event) => setTimeout(() => {"
-             "    if (!event.defaultPrevented)"
+             "    const cancelled = 'broviaPagePrevented' in event"
+             "        ? event.broviaPagePrevented : event.defaultPrevented;"
+             "    if (!cancelled)"
              "      send(JSON.stringify({x: event.clientX, y: event.clientY}));"
              "  }, 0), true);"
              "})();")

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "include/internal/cef_types.h"
+#include "include/internal/cef_types_wrappers.h"
 
 namespace cefengine {
 
@@ -25,6 +26,9 @@ class RenderObserver {
   // OnAfterCreated, except after CreateBrowserSync, which returns (after
   // OnAfterCreated) before the page is attached.
   virtual void OnAttached(BrowserImpl* browser) {}
+
+  // The client was told OnAfterCreated.
+  virtual void OnAfterCreated(BrowserImpl* browser) {}
 
   // WasResized or NotifyScreenInfoChanged changed view_size() or
   // device_scale_factor(); the new metrics override has been sent.
@@ -46,6 +50,22 @@ class RenderObserver {
   // A new document committed in the main frame (not a same-document
   // navigation).
   virtual void OnMainFrameNavigated(BrowserImpl* browser) {}
+
+  // A mouse event for the page, in view coordinates, before it is sent:
+  // true if the observer took it (one for an open drop-down). |button| is
+  // 0 for a move or the wheel, else 1 left, 2 middle, 3 right. Only for a
+  // browser whose Chromium runs in the engine's X server.
+  virtual bool OnMouseEvent(BrowserImpl* browser,
+                            const CefMouseEvent& event,
+                            int button,
+                            bool up,
+                            int wheel_x,
+                            int wheel_y) {
+    return false;
+  }
+
+  // A key is on its way to the page.
+  virtual void OnKeyInput(BrowserImpl* browser) {}
 
   // The page is going (closed, crashed or Chromium died): stop using the
   // session. Before OnBeforeClose.

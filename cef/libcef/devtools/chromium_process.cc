@@ -95,6 +95,7 @@ struct ChildSetup {
   int replyFd;    // becomes 4
   int statusFd;   // close-on-exec; carries errno if exec fails
   long maxFd;
+  char* const* envp;
 };
 
 [[noreturn]] void childFail(int statusFd) {
@@ -153,7 +154,7 @@ void closeRange(unsigned first, unsigned last, long maxFd) {
   closeRange(5, static_cast<unsigned>(status) - 1, setup.maxFd);
   closeRange(static_cast<unsigned>(status) + 1, ~0U, setup.maxFd);
 
-  execve(setup.argv[0], setup.argv, environ);
+  execve(setup.argv[0], setup.argv, setup.envp);
   childFail(status);
 }
 
@@ -217,6 +218,26 @@ std::vector<std::string> ChromiumProcess::commandLine(const Options& options) {
   std::vector<std::string> args = {
       resolveProgram(options.program),
       "--remote-debugging-pipe",
+  };
+  if (options.x11Display.empty()) {
+    // The headless shell is headless anyway; a full Chromium needs it, unless
+    // it is to show windows on the process's own display.
+    if (options.headless)
+      args.push_back("--headless");
+  } else {
+    // A full Chromium in the engine's own X server. --test-type keeps the
+    // warning bar about --no-sandbox away, which would eat the page's top.
+    for (const char* x11 :
+         {"--ozone-platform=x11", "--no-default-browser-check",
+          "--password-store=basic", "--test-type",
+          "--disable-session-crashed-bubble", "--hide-crash-restore-bubble",
+          "--disable-infobars", "--disable-notifications",
+          "--autoplay-policy=no-user-gesture-required",
+          // As CEF: no popup blocker (the headless shell has none).
+          "--disable-popup-blocking"})
+      args.push_back(x11);
+  }
+  for (const char* common : {
       "--disable-gpu",
       "--no-first-run",
       // Without these Chromium keeps reaching for the network.
@@ -225,10 +246,8 @@ std::vector<std::string> ChromiumProcess::commandLine(const Options& options) {
       "--disable-sync",
       "--disable-default-apps",
       "--mute-audio",
-  };
-  // The headless shell is headless anyway; a full Chromium needs it.
-  if (options.headless)
-    args.insert(args.begin() + 2, "--headless");
+  })
+    args.push_back(common);
   // Chromium's sandbox refuses to run as root.
   if (geteuid() == 0)
     args.push_back("--no-sandbox");
@@ -331,9 +350,26 @@ bool ChromiumProcess::spawn(const Options& options, std::string* error) {
   for (std::string& arg : args)
     argv.push_back(&arg[0]);
   argv.push_back(nullptr);
+  // The environment, with the engine's X display for a full Chromium.
+  std::vector<std::string> environment;
+  for (char** entry = environ; entry && *entry; ++entry) {
+    const std::string variable = *entry;
+    if (!options.x11Display.empty() &&
+        (variable.rfind("DISPLAY=", 0) == 0 ||
+         variable.rfind("WAYLAND_DISPLAY=", 0) == 0 ||
+         variable.rfind("XAUTHORITY=", 0) == 0))
+      continue;
+    environment.push_back(variable);
+  }
+  if (!options.x11Display.empty())
+    environment.push_back("DISPLAY=" + options.x11Display);
+  std::vector<char*> envp;
+  for (std::string& variable : environment)
+    envp.push_back(&variable[0]);
+  envp.push_back(nullptr);
   const ChildSetup setup{getpid(),  argv.data(),          devNull,
                          output,    command[0],           reply[1],
-                         status[1], sysconf(_SC_OPEN_MAX)};
+                         status[1], sysconf(_SC_OPEN_MAX), envp.data()};
 
   const pid_t child = fork();
   if (child == 0)

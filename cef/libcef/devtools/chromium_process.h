@@ -35,6 +35,10 @@ class ChromiumProcess {
     std::vector<std::string> extraSwitches;
     // False runs a Chromium with windows, on the process's $DISPLAY.
     bool headless = true;
+    // Non-empty: a full (not headless) Chromium on this X display (":N"),
+    // which also becomes its DISPLAY; the program must then be Debian's
+    // /usr/lib/chromium/chromium binary or the like, not the headless shell.
+    std::string x11Display;
   };
 
   // How the process ended. exitCode is -1 when it died of a signal or the

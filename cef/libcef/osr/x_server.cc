@@ -1,0 +1,709 @@
+#include "libcef/osr/x_server.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <pthread.h>
+#include <signal.h>
+#include <sys/eventfd.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <sstream>
+
+#include "include/base/cef_logging.h"
+#include "libcef/chromium_locator.h"
+#include "libcef/devtools/chromium_process.h"
+
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+#include <X11/extensions/XShm.h>
+#include <X11/extensions/XTest.h>
+#include <X11/extensions/Xcomposite.h>
+#include <X11/extensions/Xdamage.h>
+#include <X11/extensions/Xfixes.h>
+
+extern char** environ;
+
+namespace cefengine {
+
+namespace {
+
+constexpr std::chrono::seconds kStartTimeout{10};
+// The screen: room for a 1920x1080 view at scale 2. Windows are redirected,
+// so they paint whole even where they reach beyond it.
+constexpr char kScreen[] = "4096x2400x24";
+
+std::string ErrnoText(int error) {
+  char buffer[256];
+  return strerror_r(error, buffer, sizeof(buffer));
+}
+
+// An executable |name| in PATH, or empty.
+std::string FindOnPath(const std::string& name) {
+  const char* path = std::getenv("PATH");
+  std::istringstream dirs(path ? path : "");
+  std::string dir;
+  while (std::getline(dirs, dir, ':')) {
+    if (dir.empty())
+      continue;
+    const std::string candidate = dir + "/" + name;
+    if (ChromiumLocator::IsExecutableFile(candidate))
+      return candidate;
+  }
+  return std::string();
+}
+
+std::string BaseName(const std::string& path) {
+  const size_t slash = path.rfind('/');
+  return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+// Errors of our own connection are expected (a window that went between an
+// event and a request); others go to whoever handled them before.
+XErrorHandler g_previous_error_handler = nullptr;
+std::atomic<Display*> g_our_display{nullptr};
+
+int OnXError(Display* display, XErrorEvent* event) {
+  if (display == g_our_display.load())
+    return 0;
+  return g_previous_error_handler ? g_previous_error_handler(display, event)
+                                  : 0;
+}
+
+// Xlib's default I/O error handler exits the process; ours returns for our
+// connection, and then its exit handler lets the X thread notice and end.
+std::atomic<bool> g_io_error{false};
+XIOErrorHandler g_previous_io_handler = nullptr;
+void OnXIoErrorExit(Display*, void*) {
+  g_io_error = true;
+}
+int OnXIoError(Display* display) {
+  if (display == g_our_display.load()) {
+    g_io_error = true;
+    return 0;
+  }
+  return g_previous_io_handler ? g_previous_io_handler(display) : 0;
+}
+
+std::mutex g_server_mutex;
+std::shared_ptr<XServer>& ServerSlot() {
+  // Never destroyed: the X thread may still run while the process exits.
+  static auto* slot = new std::shared_ptr<XServer>();
+  return *slot;
+}
+bool g_shut_down = false;
+
+}  // namespace
+
+const FrameSourceChoice& FrameSourceChoice::Get(const std::string& configured) {
+  static const FrameSourceChoice* choice = [&] {
+    auto* made = new FrameSourceChoice();
+    const char* env = std::getenv("BROVIA_FRAME_SOURCE");
+    std::string wanted = env ? env : "";
+    for (char& c : wanted)
+      c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (wanted.empty())
+      wanted = "auto";
+    if (wanted != "x11" && wanted != "screencast" && wanted != "auto") {
+      LOG(WARNING) << "BROVIA_FRAME_SOURCE=" << wanted
+                   << " is not x11, screencast or auto; using auto";
+      wanted = "auto";
+    }
+    if (wanted == "screencast")
+      return made;
+    // A full Chromium: the configured one unless it is the headless shell,
+    // else Debian's binary (its /usr/bin wrapper adds flags of its own).
+    std::string chromium;
+    if (!configured.empty() &&
+        BaseName(configured).find("headless") == std::string::npos) {
+      chromium = ChromiumProcess::resolveProgram(configured);
+    } else if (ChromiumLocator::IsExecutableFile("/usr/lib/chromium/chromium")) {
+      chromium = "/usr/lib/chromium/chromium";
+    } else {
+      const std::string found = FindOnPath("chromium");
+      chromium = found.empty() ? found : ChromiumProcess::resolveProgram(found);
+    }
+    std::string xvfb = FindOnPath("Xvfb");
+    if (xvfb.empty() && ChromiumLocator::IsExecutableFile("/usr/bin/Xvfb"))
+      xvfb = "/usr/bin/Xvfb";
+    if (chromium.empty() || !ChromiumLocator::IsExecutableFile(chromium) ||
+        xvfb.empty()) {
+      LOG(WARNING) << "Frame source: "
+                   << (xvfb.empty() ? "no Xvfb" : "no full Chromium")
+                   << " installed (packages xvfb and chromium), so frames come "
+                      "from the slower PNG screencast (BROVIA_FRAME_SOURCE="
+                   << wanted << ")";
+      return made;
+    }
+    made->x11 = true;
+    made->chromium = chromium;
+    made->xvfb = xvfb;
+    return made;
+  }();
+  return *choice;
+}
+
+std::shared_ptr<XServer> XServer::Get(const std::string& xvfb,
+                                      std::string* error) {
+  std::lock_guard<std::mutex> lock(g_server_mutex);
+  std::shared_ptr<XServer>& slot = ServerSlot();
+  if (g_shut_down) {
+    *error = "the engine is shut down";
+    return nullptr;
+  }
+  if (slot && slot->alive())
+    return slot;
+  if (slot) {
+    // A dead one: its thread has ended or is ending.
+    if (slot->thread_.joinable() && !slot->OnXThread())
+      slot->thread_.join();
+    slot.reset();
+  }
+  std::shared_ptr<XServer> server(new XServer());
+  server->wake_fd_ = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+  if (server->wake_fd_ < 0) {
+    *error = "eventfd: " + ErrnoText(errno);
+    return nullptr;
+  }
+  XServer* raw = server.get();
+  // The thread forks Xvfb: PR_SET_PDEATHSIG follows the forking thread,
+  // which lives exactly as long as the server is ours.
+  server->thread_ = std::thread([raw, xvfb] {
+    raw->thread_id_ = std::this_thread::get_id();
+    pthread_setname_np(pthread_self(), "CefX11");
+    std::string failure;
+    const bool ok = raw->Launch(xvfb, &failure) && raw->Connect(&failure);
+    {
+      std::lock_guard<std::mutex> start_lock(raw->start_mutex_);
+      raw->start_done_ = true;
+      raw->start_error_ = failure;
+      raw->alive_ = ok;
+    }
+    raw->started_.notify_all();
+    if (ok)
+      raw->Main();
+    raw->Stop();
+  });
+  {
+    std::unique_lock<std::mutex> start_lock(server->start_mutex_);
+    server->started_.wait(start_lock, [&] { return server->start_done_; });
+  }
+  if (!server->alive()) {
+    *error = server->start_error_;
+    server->thread_.join();
+    return nullptr;
+  }
+  slot = server;
+  return server;
+}
+
+void XServer::ShutdownIfRunning() {
+  std::shared_ptr<XServer> server;
+  {
+    std::lock_guard<std::mutex> lock(g_server_mutex);
+    g_shut_down = true;
+    server.swap(ServerSlot());
+  }
+  if (!server)
+    return;
+  server->stopping_ = true;
+  const uint64_t one = 1;
+  ssize_t ignored = write(server->wake_fd_, &one, sizeof(one));
+  (void)ignored;
+  if (server->thread_.joinable() && !server->OnXThread())
+    server->thread_.join();
+}
+
+XServer::~XServer() {
+  if (thread_.joinable()) {
+    if (OnXThread()) {
+      thread_.detach();
+    } else {
+      stopping_ = true;
+      const uint64_t one = 1;
+      ssize_t ignored = write(wake_fd_, &one, sizeof(one));
+      (void)ignored;
+      thread_.join();
+    }
+  }
+  if (wake_fd_ >= 0)
+    close(wake_fd_);
+}
+
+bool XServer::OnXThread() const {
+  return std::this_thread::get_id() == thread_id_;
+}
+
+void XServer::Post(std::function<void()> task,
+                   std::chrono::milliseconds delay) {
+  {
+    std::lock_guard<std::mutex> lock(task_mutex_);
+    if (!alive_)
+      return;
+    tasks_.push_back(
+        {std::chrono::steady_clock::now() + delay, task_order_++,
+         std::move(task)});
+  }
+  const uint64_t one = 1;
+  ssize_t ignored = write(wake_fd_, &one, sizeof(one));
+  (void)ignored;
+}
+
+bool XServer::Launch(const std::string& xvfb, std::string* error) {
+  int display_pipe[2];
+  if (pipe2(display_pipe, O_CLOEXEC) != 0) {
+    *error = "pipe: " + ErrnoText(errno);
+    return false;
+  }
+  const int dev_null = open("/dev/null", O_RDWR | O_CLOEXEC);
+  int output = dev_null;
+  const char* log_path = getenv("BROVIA_CHROMIUM_LOG");
+  if (log_path && *log_path) {
+    const int log = open(log_path, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC,
+                         0644);
+    if (log >= 0)
+      output = log;
+  }
+  // Xvfb picks a free display number itself and writes it to fd 3 once it
+  // accepts connections. No TCP; no reset when the last client goes.
+  std::vector<std::string> args = {xvfb,       "-displayfd", "3",
+                                    "-screen",  "0",          kScreen,
+                                    "-nolisten", "tcp",       "-noreset",
+                                    "+extension", "Composite", "+extension",
+                                    "DAMAGE",   "+extension", "XFIXES",
+                                    "+extension", "MIT-SHM",  "+extension",
+                                    "XTEST"};
+  std::vector<char*> argv;
+  for (std::string& arg : args)
+    argv.push_back(&arg[0]);
+  argv.push_back(nullptr);
+  const pid_t parent = getpid();
+  const int write_end = display_pipe[1];
+  const pid_t child = fork();
+  if (child == 0) {
+    // Dies with this thread, so with the host even on SIGKILL.
+    if (prctl(PR_SET_PDEATHSIG, SIGKILL) != 0 || getppid() != parent)
+      _exit(127);
+    setpgid(0, 0);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    for (int sig = 1; sig < NSIG; ++sig) {
+      struct sigaction action;
+      if (sigaction(sig, nullptr, &action) == 0 &&
+          action.sa_handler == SIG_IGN) {
+        action.sa_handler = SIG_DFL;
+        sigaction(sig, &action, nullptr);
+      }
+    }
+    const int out = fcntl(output, F_DUPFD_CLOEXEC, 10);
+    const int in = fcntl(dev_null, F_DUPFD_CLOEXEC, 10);
+    const int fd3 = fcntl(write_end, F_DUPFD_CLOEXEC, 10);
+    if (out < 0 || in < 0 || fd3 < 0 || dup2(in, 0) < 0 || dup2(out, 1) < 0 ||
+        dup2(out, 2) < 0 || dup2(fd3, 3) < 0)
+      _exit(127);
+    close_range(4, ~0U, 0);
+    execve(argv[0], argv.data(), environ);
+    _exit(127);
+  }
+  close(display_pipe[1]);
+  if (output != dev_null)
+    close(output);
+  close(dev_null);
+  if (child < 0) {
+    close(display_pipe[0]);
+    *error = "fork: " + ErrnoText(errno);
+    return false;
+  }
+  pid_ = child;
+  pid_fd_ = static_cast<int>(syscall(SYS_pidfd_open, child, 0));
+
+  std::string number;
+  const auto deadline = std::chrono::steady_clock::now() + kStartTimeout;
+  for (;;) {
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+                          deadline - std::chrono::steady_clock::now())
+                          .count();
+    if (left <= 0) {
+      *error = "Xvfb did not start within " +
+               std::to_string(kStartTimeout.count()) + " s";
+      break;
+    }
+    pollfd fds{display_pipe[0], POLLIN, 0};
+    const int ready = poll(&fds, 1, static_cast<int>(std::min<long>(left, 100)));
+    if (ready < 0 && errno != EINTR)
+      break;
+    if (ready > 0) {
+      char buffer[32];
+      const ssize_t got = read(display_pipe[0], buffer, sizeof(buffer));
+      if (got > 0) {
+        number.append(buffer, static_cast<size_t>(got));
+        if (number.find('\n') != std::string::npos)
+          break;
+        continue;
+      }
+      if (got == 0) {
+        *error = "Xvfb (" + xvfb + ") ended before it was ready";
+        break;
+      }
+    }
+    int status = 0;
+    if (waitpid(child, &status, WNOHANG) == child) {
+      *error = "Xvfb (" + xvfb + ") could not start";
+      pid_ = -1;
+      break;
+    }
+  }
+  close(display_pipe[0]);
+  while (!number.empty() && (number.back() == '\n' || number.back() == ' '))
+    number.pop_back();
+  if (number.empty() ||
+      number.find_first_not_of("0123456789") != std::string::npos) {
+    if (error->empty())
+      *error = "Xvfb gave no display number";
+    return false;
+  }
+  display_name_ = ":" + number;
+  return true;
+}
+
+bool XServer::Connect(std::string* error) {
+  display_ = XOpenDisplay(display_name_.c_str());
+  if (!display_) {
+    *error = "cannot connect to Xvfb on " + display_name_;
+    return false;
+  }
+  g_our_display = display_;
+  {
+    static std::once_flag handlers;
+    std::call_once(handlers, [] {
+      g_previous_error_handler = XSetErrorHandler(OnXError);
+      g_previous_io_handler = XSetIOErrorHandler(OnXIoError);
+    });
+  }
+  XSetIOErrorExitHandler(display_, OnXIoErrorExit, nullptr);
+  int event_base = 0, error_base = 0, major = 0, minor = 0;
+  if (!XCompositeQueryExtension(display_, &event_base, &error_base) ||
+      !XDamageQueryExtension(display_, &damage_event_base_, &error_base) ||
+      !XFixesQueryExtension(display_, &event_base, &error_base) ||
+      !XTestQueryExtension(display_, &event_base, &error_base, &major,
+                           &minor)) {
+    *error = "Xvfb lacks Composite, DAMAGE, XFIXES or XTEST";
+    return false;
+  }
+  // Versions must be announced before the requests are used.
+  major = 0;
+  minor = 4;
+  XCompositeQueryVersion(display_, &major, &minor);
+  major = 1;
+  minor = 1;
+  XDamageQueryVersion(display_, &major, &minor);
+  major = 5;
+  minor = 0;
+  XFixesQueryVersion(display_, &major, &minor);
+  has_shm_ = XShmQueryExtension(display_);
+  root_ = DefaultRootWindow(display_);
+  // Every top-level window paints into a pixmap of its own, none onto the
+  // screen: windows may overlap and reach beyond the screen.
+  XCompositeRedirectSubwindows(display_, root_, CompositeRedirectManual);
+  XSelectInput(display_, root_, SubstructureNotifyMask);
+  // The pointer rests in the corner, away from the windows, which lie near
+  // the top left: only drop-downs get X pointer input (XTest).
+  XWarpPointer(display_, 0, root_, 0, 0, 0, 0,
+               DisplayWidth(display_, DefaultScreen(display_)) - 1,
+               DisplayHeight(display_, DefaultScreen(display_)) - 1);
+  type_atom_ = XInternAtom(display_, "_NET_WM_WINDOW_TYPE", False);
+  pid_atom_ = XInternAtom(display_, "_NET_WM_PID", False);
+  const char* menus[4] = {
+      "_NET_WM_WINDOW_TYPE_MENU", "_NET_WM_WINDOW_TYPE_COMBO",
+      "_NET_WM_WINDOW_TYPE_DROPDOWN_MENU", "_NET_WM_WINDOW_TYPE_POPUP_MENU"};
+  for (int i = 0; i < 4; ++i)
+    menu_atoms_[i] = XInternAtom(display_, menus[i], False);
+  XSync(display_, False);
+  return true;
+}
+
+void XServer::Main() {
+  Display* display = display_;
+  const int x_fd = ConnectionNumber(display);
+  for (;;) {
+    RunTasks();
+    while (!g_io_error && XPending(display)) {
+      XEvent event;
+      XNextEvent(display, &event);
+      HandleEvent(&event);
+    }
+    if (g_io_error || stopping_)
+      return;
+    XFlush(display);
+    int timeout = -1;
+    {
+      std::lock_guard<std::mutex> lock(task_mutex_);
+      const auto now = std::chrono::steady_clock::now();
+      for (const Task& task : tasks_) {
+        const auto wait = std::chrono::duration_cast<std::chrono::milliseconds>(
+                              task.due - now)
+                              .count();
+        const int ms = wait <= 0 ? 0 : static_cast<int>(wait) + 1;
+        timeout = timeout < 0 ? ms : std::min(timeout, ms);
+      }
+    }
+    pollfd fds[3] = {{x_fd, POLLIN, 0}, {wake_fd_, POLLIN, 0},
+                     {pid_fd_, POLLIN, 0}};
+    const int ready = poll(fds, pid_fd_ >= 0 ? 3 : 2, timeout);
+    if (ready < 0 && errno != EINTR)
+      return;
+    if (fds[1].revents) {
+      uint64_t count;
+      ssize_t ignored = read(wake_fd_, &count, sizeof(count));
+      (void)ignored;
+    }
+    if (pid_fd_ >= 0 && fds[2].revents) {
+      LOG(ERROR) << "The engine's X server (Xvfb " << display_name_
+                 << ") ended unexpectedly";
+      return;
+    }
+  }
+}
+
+void XServer::RunTasks() {
+  for (;;) {
+    std::function<void()> run;
+    {
+      std::lock_guard<std::mutex> lock(task_mutex_);
+      const auto now = std::chrono::steady_clock::now();
+      auto due = tasks_.end();
+      for (auto it = tasks_.begin(); it != tasks_.end(); ++it) {
+        if (it->due <= now &&
+            (due == tasks_.end() || it->due < due->due ||
+             (it->due == due->due && it->order < due->order)))
+          due = it;
+      }
+      if (due == tasks_.end())
+        return;
+      run = std::move(due->run);
+      tasks_.erase(due);
+    }
+    run();
+    if (g_io_error)
+      return;
+  }
+}
+
+void XServer::Stop() {
+  const bool was_alive = alive_.exchange(false);
+  {
+    std::lock_guard<std::mutex> lock(task_mutex_);
+    tasks_.clear();
+  }
+  if (was_alive) {
+    std::vector<Observer*> observers = observers_;
+    for (Observer* observer : observers)
+      observer->OnServerGone();
+  }
+  observers_.clear();
+  claims_.clear();
+  windows_.clear();
+  if (display_) {
+    g_our_display = nullptr;
+    if (!g_io_error)
+      XCloseDisplay(display_);
+    // After an I/O error Xlib's display cannot be closed safely; it leaks.
+    display_ = nullptr;
+  }
+  if (pid_ > 0) {
+    kill(-pid_, SIGTERM);
+    for (int i = 0; i < 50; ++i) {
+      if (waitpid(pid_, nullptr, WNOHANG) == pid_) {
+        pid_ = -1;
+        break;
+      }
+      usleep(10000);
+    }
+    if (pid_ > 0) {
+      kill(-pid_, SIGKILL);
+      waitpid(pid_, nullptr, 0);
+      pid_ = -1;
+    }
+  }
+  if (pid_fd_ >= 0) {
+    close(pid_fd_);
+    pid_fd_ = -1;
+  }
+}
+
+void XServer::AddObserver(Observer* observer) {
+  observers_.push_back(observer);
+}
+
+void XServer::RemoveObserver(Observer* observer) {
+  observers_.erase(std::remove(observers_.begin(), observers_.end(), observer),
+                   observers_.end());
+  for (auto it = claims_.begin(); it != claims_.end();) {
+    it = it->second == observer ? claims_.erase(it) : std::next(it);
+  }
+}
+
+bool XServer::Claim(WindowId window, Observer* observer) {
+  auto it = claims_.find(window);
+  if (it != claims_.end())
+    return it->second == observer;
+  claims_[window] = observer;
+  return true;
+}
+
+void XServer::Release(WindowId window, Observer* observer) {
+  auto it = claims_.find(window);
+  if (it != claims_.end() && it->second == observer)
+    claims_.erase(it);
+}
+
+void XServer::ReadWindow(WindowId window) {
+  XWindowAttributes attributes;
+  if (!XGetWindowAttributes(display_, window, &attributes))
+    return;
+  WindowInfo& info = windows_[window];
+  info.id = window;
+  info.x = attributes.x;
+  info.y = attributes.y;
+  info.width = attributes.width;
+  info.height = attributes.height;
+  info.override_redirect = attributes.override_redirect;
+  info.mapped = attributes.map_state != IsUnmapped;
+  Atom type;
+  int format;
+  unsigned long count, after;
+  unsigned char* data = nullptr;
+  info.menu = false;
+  if (XGetWindowProperty(display_, window, type_atom_, 0, 8, False, XA_ATOM,
+                         &type, &format, &count, &after, &data) == Success &&
+      data) {
+    const Atom* atoms = reinterpret_cast<const Atom*>(data);
+    for (unsigned long i = 0; i < count; ++i) {
+      for (unsigned long menu : menu_atoms_)
+        info.menu = info.menu || atoms[i] == menu;
+    }
+    XFree(data);
+  }
+  data = nullptr;
+  if (XGetWindowProperty(display_, window, pid_atom_, 0, 1, False,
+                         XA_CARDINAL, &type, &format, &count, &after,
+                         &data) == Success &&
+      data) {
+    if (count == 1)
+      info.pid = static_cast<pid_t>(*reinterpret_cast<const long*>(data));
+    XFree(data);
+  }
+}
+
+void XServer::Notify(const WindowInfo& info, bool destroyed) {
+  std::vector<Observer*> observers = observers_;
+  for (Observer* observer : observers) {
+    if (std::find(observers_.begin(), observers_.end(), observer) !=
+        observers_.end())
+      observer->OnWindowChanged(info, destroyed);
+  }
+}
+
+void XServer::HandleEvent(void* raw) {
+  XEvent* event = static_cast<XEvent*>(raw);
+  if (event->type == damage_event_base_ + XDamageNotify) {
+    const auto* damage = reinterpret_cast<XDamageNotifyEvent*>(event);
+    std::vector<Observer*> observers = observers_;
+    for (Observer* observer : observers) {
+      if (std::find(observers_.begin(), observers_.end(), observer) !=
+          observers_.end())
+        observer->OnDamage(damage->drawable);
+    }
+    return;
+  }
+  switch (event->type) {
+    case CreateNotify: {
+      const XCreateWindowEvent& create = event->xcreatewindow;
+      if (create.parent != root_)
+        return;
+      WindowInfo& info = windows_[create.window];
+      info.id = create.window;
+      info.x = create.x;
+      info.y = create.y;
+      info.width = create.width;
+      info.height = create.height;
+      info.override_redirect = create.override_redirect;
+      return;
+    }
+    case MapNotify: {
+      if (event->xmap.event != root_)
+        return;
+      ReadWindow(event->xmap.window);
+      auto it = windows_.find(event->xmap.window);
+      if (it == windows_.end())
+        return;
+      it->second.mapped = true;
+      const WindowInfo info = it->second;
+      Notify(info, false);
+      if (info.menu && info.override_redirect && !claims_.count(info.id)) {
+        // A drop-down: the page of its Chromium that last had input.
+        Observer* owner = nullptr;
+        for (Observer* observer : observers_) {
+          if (observer->LastInput() > 0 &&
+              (info.pid == 0 || observer->ChromiumPid() == info.pid) &&
+              (!owner || observer->LastInput() > owner->LastInput()))
+            owner = observer;
+        }
+        if (owner)
+          owner->OnMenuMapped(info);
+      }
+      return;
+    }
+    case UnmapNotify: {
+      if (event->xunmap.event != root_)
+        return;
+      auto it = windows_.find(event->xunmap.window);
+      if (it == windows_.end())
+        return;
+      it->second.mapped = false;
+      const WindowInfo info = it->second;
+      Notify(info, false);
+      return;
+    }
+    case ConfigureNotify: {
+      if (event->xconfigure.event != root_)
+        return;
+      auto it = windows_.find(event->xconfigure.window);
+      if (it == windows_.end())
+        return;
+      it->second.x = event->xconfigure.x;
+      it->second.y = event->xconfigure.y;
+      it->second.width = event->xconfigure.width;
+      it->second.height = event->xconfigure.height;
+      it->second.override_redirect = event->xconfigure.override_redirect;
+      const WindowInfo info = it->second;
+      Notify(info, false);
+      return;
+    }
+    case DestroyNotify: {
+      if (event->xdestroywindow.event != root_)
+        return;
+      auto it = windows_.find(event->xdestroywindow.window);
+      if (it == windows_.end())
+        return;
+      WindowInfo info = it->second;
+      info.mapped = false;
+      windows_.erase(it);
+      claims_.erase(info.id);
+      Notify(info, true);
+      return;
+    }
+    default:
+      return;
+  }
+}
+
+}  // namespace cefengine

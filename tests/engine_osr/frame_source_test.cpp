@@ -1,0 +1,214 @@
+// Exact colours and precise dirty rectangles of a small animated box, at device scale 1 and 2,
+// with whichever frame source BROVIA_FRAME_SOURCE picks (CTest runs this with both).
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QRegion>
+#include <QTemporaryDir>
+#include <QUrl>
+#include <QDir>
+#include <QFile>
+#include <atomic>
+#include <csignal>
+#include <thread>
+
+#include "cef_runtime/engine_test_support.h"
+#include "include/cef_request_context.h"
+#include "libcef/browser/browser_impl.h"
+#include "libcef/browser/chromium_instance.h"
+
+using cef_runtime_test::RunInFreshProcess;
+using namespace std::chrono_literals;
+
+namespace {
+
+// Five colours that must come back unchanged, and a 20x20 box sliding over the page.
+const char kPage[] = R"html(<body style="margin:0;background:#fefdfc">
+<div style="position:absolute;left:0;top:0;width:40px;height:40px;background:rgb(1,2,3)"></div>
+<div style="position:absolute;left:40px;top:0;width:40px;height:40px;background:rgb(128,64,200)"></div>
+<div style="position:absolute;left:80px;top:0;width:40px;height:40px;background:rgb(0,255,0)"></div>
+<div id="box" style="position:absolute;left:0;top:120px;width:20px;height:20px;background:rgb(77,1,1)"></div>
+<script>let moving = false;
+function step(t) { requestAnimationFrame(step); if (moving) box.style.left = (Math.floor(t / 8) % 280) + 'px'; }
+requestAnimationFrame(step);</script></body>)html";
+
+struct Paint {
+  QImage image;
+  std::vector<CefRect> rects;
+};
+
+class BoxClient : public CefClient, public CefLifeSpanHandler, public CefRenderHandler, public CefRequestHandler {
+ public:
+  explicit BoxClient(int scale) : scale(scale) {}
+  CefRefPtr<CefLifeSpanHandler> GetLifeSpanHandler() override { return this; }
+  CefRefPtr<CefRenderHandler> GetRenderHandler() override { return this; }
+  CefRefPtr<CefRequestHandler> GetRequestHandler() override { return this; }
+  void OnRenderProcessTerminated(CefRefPtr<CefBrowser>, TerminationStatus, int, const CefString&) override {
+    update([&] { ++terminated; });
+  }
+  int terminated = 0;
+  void OnAfterCreated(CefRefPtr<CefBrowser> created) override { update([&] { browser = created; }); }
+  void OnBeforeClose(CefRefPtr<CefBrowser>) override { update([&] { browser = nullptr; }); }
+  void GetViewRect(CefRefPtr<CefBrowser>, CefRect& rect) override { rect = CefRect(0, 0, 320, 240); }
+  bool GetScreenInfo(CefRefPtr<CefBrowser>, CefScreenInfo& info) override {
+    info.device_scale_factor = scale;
+    return true;
+  }
+  void OnPaint(CefRefPtr<CefBrowser>, PaintElementType type, const RectList& rects, const void* buffer, int w,
+               int h) override {
+    if (type != PET_VIEW) return;
+    const QImage lent(static_cast<const uchar*>(buffer), w, h, w * 4, QImage::Format_ARGB32_Premultiplied);
+    update([&] { paints.push_back({lent.copy(), rects}); });
+  }
+  bool waitFor(const std::function<bool()>& done) {
+    std::unique_lock<std::mutex> lock(mutex);
+    return changed.wait_for(lock, 20s, done);
+  }
+  std::vector<Paint> snapshot() {
+    std::lock_guard<std::mutex> lock(mutex);
+    return paints;
+  }
+  void update(const std::function<void()>& change) {
+    std::lock_guard<std::mutex> lock(mutex);
+    change();
+    changed.notify_all();
+  }
+
+  const int scale;
+  std::mutex mutex;
+  std::condition_variable changed;
+  CefRefPtr<CefBrowser> browser;
+  std::vector<Paint> paints;
+  IMPLEMENT_REFCOUNTING(BoxClient);
+};
+
+void checkScale(int s) {
+  QTemporaryDir cache;  // a context of its own: its Chromium runs at this scale
+  CefRequestContextSettings contextSettings;
+  CefString(&contextSettings.cache_path) = cache.path().toStdString();
+  CefRefPtr<BoxClient> client = new BoxClient(s);
+  CefWindowInfo window;
+  window.SetAsWindowless(kNullWindowHandle);
+  CefBrowserSettings settings;
+  settings.windowless_frame_rate = 60;
+  ASSERT_TRUE(CefBrowserHost::CreateBrowser(window, client, "data:text/html," + QUrl::toPercentEncoding(kPage).toStdString(),
+                                            settings, nullptr, CefRequestContext::CreateContext(contextSettings, nullptr)));
+  ASSERT_TRUE(client->waitFor([&] {
+    return client->browser && !client->paints.empty() && client->paints.back().image.size() == QSize(320 * s, 240 * s) &&
+           client->paints.back().image.pixel(5 * s, 125 * s) == 0xff4d0101u;
+  }));
+  {
+    const QImage last = client->snapshot().back().image;
+    EXPECT_EQ(last.pixel(20 * s, 20 * s), 0xff010203u);
+    EXPECT_EQ(last.pixel(60 * s, 20 * s), 0xff8040c8u);
+    EXPECT_EQ(last.pixel(100 * s, 39 * s), 0xff00ff00u);
+    EXPECT_EQ(last.pixel(300 * s, 200 * s), 0xfffefdfcu);
+    EXPECT_EQ(last.pixel(0, 120 * s), 0xff4d0101u);
+    EXPECT_EQ(last.pixel(20 * s - 1, 140 * s - 1), 0xff4d0101u);
+    EXPECT_EQ(last.pixel(20 * s, 120 * s), 0xfffefdfcu);
+  }
+
+  // The X source's rectangles are the damage, the screencast's whole 64-pixel tiles.
+  const bool x11 = static_cast<cefengine::BrowserImpl*>(client->browser.get())->chromium()->uses_x11();
+  const int areaLimit = 320 * s * 240 * s / (x11 ? 50 : 4);
+  const size_t before = client->snapshot().size();
+  client->browser->GetMainFrame()->ExecuteJavaScript("moving = true", "", 0);
+  std::this_thread::sleep_for(1s);
+  client->browser->GetMainFrame()->ExecuteJavaScript("moving = false", "", 0);
+  std::this_thread::sleep_for(300ms);
+  const std::vector<Paint> paints = client->snapshot();
+  ASSERT_GE(paints.size(), before + 5);
+  const QRect frame(0, 0, 320 * s, 240 * s);
+  for (size_t i = before; i < paints.size(); ++i) {
+    const Paint& paint = paints[i];
+    ASSERT_EQ(paint.image.size(), frame.size());
+    ASSERT_FALSE(paint.rects.empty());
+    QRegion dirty;
+    for (const CefRect& r : paint.rects) {
+      const QRect rect(r.x, r.y, r.width, r.height);
+      EXPECT_TRUE(frame.contains(rect));
+      dirty += rect;
+    }
+    // Only the band the box slides in changes: the rectangles say so, and nothing changed
+    // outside them.
+    int area = 0;
+    for (const QRect& rect : dirty) area += rect.width() * rect.height();
+    EXPECT_LT(area, areaLimit) << "paint " << i;
+    const QImage& previous = paints[i - 1].image;
+    int outside = 0;
+    for (int y = 0; y < frame.height(); y += 1) {
+      for (int x = 0; x < frame.width(); x += 1) {
+        if (!dirty.contains(QPoint(x, y)) && previous.pixel(x, y) != paint.image.pixel(x, y)) ++outside;
+      }
+    }
+    EXPECT_EQ(outside, 0) << "paint " << i;
+    // The colours stay exact while the box moves.
+    EXPECT_EQ(paint.image.pixel(60 * s, 20 * s), 0xff8040c8u);
+  }
+  client->browser->GetHost()->CloseBrowser(true);
+  EXPECT_TRUE(client->waitFor([&] { return client->browser == nullptr; }));
+}
+
+bool startEngine() {
+  CefSettings settings = cef_runtime_test::MakeSettings(true, false);
+  settings.windowless_rendering_enabled = true;
+  return CefInitialize(CefMainArgs(0, nullptr), settings, nullptr, nullptr);
+}
+
+}  // namespace
+
+TEST(FrameSourceTest, AnimatedBoxHasExactColoursAndPreciseDirtyRectsAtScale1And2) {
+  RunInFreshProcess([] {
+    ASSERT_TRUE(startEngine());
+    checkScale(1);
+    checkScale(2);
+    CefShutdown();
+  });
+}
+
+namespace {
+
+// This process's children named |name|.
+std::vector<pid_t> children(const QByteArray& name) {
+  std::vector<pid_t> found;
+  for (const QString& entry : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+    QFile stat(QStringLiteral("/proc/%1/stat").arg(entry));
+    if (!stat.open(QIODevice::ReadOnly)) continue;
+    const QByteArray line = stat.readAll();
+    const int close = line.lastIndexOf(')');
+    const QByteArray comm = line.mid(line.indexOf('(') + 1, close - line.indexOf('(') - 1);
+    const QList<QByteArray> rest = line.mid(close + 2).split(' ');
+    if (comm == name && rest.size() > 1 && rest.at(1).toLongLong() == getpid()) found.push_back(entry.toInt());
+  }
+  return found;
+}
+
+}  // namespace
+
+// The engine's X server dies: its pages are reported gone like a Chromium that died, and close.
+TEST(FrameSourceTest, AnXServerThatDiesIsReportedLikeAChromiumDeath) {
+  RunInFreshProcess([] {
+    ASSERT_TRUE(startEngine());
+    QTemporaryDir cache;
+    CefRequestContextSettings contextSettings;
+    CefString(&contextSettings.cache_path) = cache.path().toStdString();
+    CefRefPtr<BoxClient> client = new BoxClient(1);
+    CefWindowInfo window;
+    window.SetAsWindowless(kNullWindowHandle);
+    ASSERT_TRUE(CefBrowserHost::CreateBrowser(window, client, "data:text/html,<p>x", CefBrowserSettings(), nullptr,
+                                              CefRequestContext::CreateContext(contextSettings, nullptr)));
+    ASSERT_TRUE(client->waitFor([&] { return client->browser && !client->paints.empty(); }));
+    if (!static_cast<cefengine::BrowserImpl*>(client->browser.get())->chromium()->uses_x11()) {
+      client->browser->GetHost()->CloseBrowser(true);
+      EXPECT_TRUE(client->waitFor([&] { return client->browser == nullptr; }));
+      CefShutdown();
+      return;  // only the X source has an X server
+    }
+    const std::vector<pid_t> servers = children("Xvfb");
+    ASSERT_EQ(servers.size(), 1u);
+    ::kill(servers[0], SIGKILL);
+    EXPECT_TRUE(client->waitFor([&] { return client->terminated == 1 && client->browser == nullptr; }));
+    CefShutdown();
+  });
+}
