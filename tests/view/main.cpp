@@ -6,6 +6,13 @@
 // children, each a fresh process re-executing this program.
 int main(int argc, char** argv)
 {
+    // CTest runs these tests once with each frame source.
+    for (int i = 1; i < argc; ++i)
+    {
+        const QByteArray arg(argv[i]);
+        if (arg.startsWith("--brovia-frame-source="))
+            qputenv("BROVIA_FRAME_SOURCE", arg.mid(int(sizeof("--brovia-frame-source=")) - 1));
+    }
     qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleTest(&argc, argv);
     GTEST_FLAG_SET(death_test_style, "threadsafe");
