@@ -110,7 +110,7 @@ class X11Capture : public XServer::Observer,
 
   // Set once, before the first task; called on the X thread.
   std::function<void(std::function<void()>, int64_t)> to_owner;
-  std::shared_ptr<X11Source*> owner;
+  std::weak_ptr<X11Source*> owner;
 
   void Attach() { server_->AddObserver(this); }
 

@@ -466,6 +466,7 @@ void XServer::Main() {
       (void)ignored;
     }
     if (pid_fd_ >= 0 && fds[2].revents) {
+      server_gone_ = true;
       LOG(ERROR) << "The engine's X server (Xvfb " << display_name_
                  << ") ended unexpectedly";
       return;
@@ -512,10 +513,11 @@ void XServer::Stop() {
   claims_.clear();
   windows_.clear();
   if (display_) {
-    g_our_display = nullptr;
-    if (!g_io_error)
+    // After an I/O error, or with the server gone, Xlib's display cannot be
+    // closed safely (closing talks to the server); it leaks.
+    if (!g_io_error && !server_gone_)
       XCloseDisplay(display_);
-    // After an I/O error Xlib's display cannot be closed safely; it leaks.
+    g_our_display = nullptr;
     display_ = nullptr;
   }
   if (pid_ > 0) {

@@ -135,6 +135,8 @@ class XServer {
   std::thread thread_;
   std::thread::id thread_id_;
   pid_t pid_ = -1;
+  // Xvfb ended by itself (X thread).
+  bool server_gone_ = false;
   int pid_fd_ = -1;
   int wake_fd_ = -1;
 
