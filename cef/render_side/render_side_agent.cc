@@ -34,7 +34,6 @@ namespace {
 constexpr char kWorld[] = "__broviaRenderSide";
 constexpr char kFocusBinding[] = "__broviaFocus";
 
-
 // The page's way to the host: cefclient(method, ...args) sends the arguments as
 // they are and resolves with the host's answer, for the methods that give one.
 constexpr char kCallBinding[] = "__broviaCefClient";
