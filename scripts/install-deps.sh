@@ -9,7 +9,7 @@ packages=(
   libboost1.81-dev libboost-log1.81-dev libboost-thread1.81-dev libboost-filesystem1.81-dev
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   chromium-headless-shell chromium libxcb1-dev x11-utils
-  libssl-dev openssl libdeflate-dev media-types
+  libssl-dev openssl libdeflate-dev media-types nodejs
   xvfb xauth fonts-dejavu-core
 )
 

@@ -31,6 +31,7 @@
 #include "libcef/browser/ui_task.h"
 #include "libcef/browser/devtools_window.h"
 #include "libcef/devtools/devtools_session.h"
+#include "libcef/page_scripts.h"
 
 namespace cefengine {
 
@@ -1467,16 +1468,7 @@ void BrowserImpl::StartDownload(const CefString& url) {
     const QString quoted = QString::fromUtf8(
         QJsonDocument(QJsonArray{target}).toJson(QJsonDocument::Compact));
     self->download_world_->Evaluate(
-        QStringLiteral("(([url]) => {"
-                       "  const link = document.createElement('a');"
-                       "  link.href = url;"
-                       "  link.download = '';"
-                       "  link.style.display = 'none';"
-                       "  document.documentElement.appendChild(link);"
-                       "  link.click();"
-                       "  link.remove();"
-                       "})(%1)")
-            .arg(quoted),
+        QStringLiteral("(%1)(%2)").arg(ScriptSource("start_download.js"), quoted),
         [target](const QJsonValue&, const QString& error) {
           if (!error.isEmpty()) {
             LOG(WARNING) << "CefBrowserHost::StartDownload(" << target.toStdString()
