@@ -10,7 +10,7 @@ packages=(
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   chromium-headless-shell chromium libxcb1-dev x11-utils
   libx11-dev libxext-dev libxdamage-dev libxfixes-dev libxcomposite-dev libxtst-dev
-  libssl-dev openssl libdeflate-dev media-types
+  libssl-dev openssl libdeflate-dev media-types nodejs
   xvfb xauth fonts-dejavu-core
 )
 

@@ -16,6 +16,7 @@
 #include "host/view_support/process_messages/run_java_script_result_message.h"
 #include "include/base/cef_logging.h"
 #include "libcef/browser/browser_impl.h"
+#include "libcef/page_scripts.h"
 
 namespace cefengine {
 
@@ -33,46 +34,9 @@ namespace {
 constexpr char kWorld[] = "__broviaRenderSide";
 constexpr char kFocusBinding[] = "__broviaFocus";
 
-// Reports each focus change of the document, and whether the new node takes
-// text.
-const char kFocusWatcher[] = R"JS((() => {
-  if (window !== window.top) return;
-  const takesText = (node) => {
-    if (!node) return false;
-    if (node.isContentEditable) return true;
-    if (node.tagName === 'TEXTAREA') return !node.readOnly && !node.disabled;
-    if (node.tagName !== 'INPUT') return false;
-    const kinds = ['text', 'search', 'url', 'tel', 'email', 'password', 'number',
-                   'date', 'datetime-local', 'month', 'time', 'week'];
-    return kinds.includes((node.type || 'text').toLowerCase()) && !node.readOnly && !node.disabled;
-  };
-  let last = null;
-  const report = () => {
-    const editable = takesText(document.activeElement);
-    if (editable !== last) { last = editable; %1(editable ? '1' : '0'); }
-  };
-  document.addEventListener('focusin', report, true);
-  document.addEventListener('focusout', () => setTimeout(report, 0), true);
-})();)JS";
-
 // The page's way to the host: cefclient(method, ...args) sends the arguments as
 // they are and resolves with the host's answer, for the methods that give one.
 constexpr char kCallBinding[] = "__broviaCefClient";
-const char kCallApi[] = R"JS((() => {
-  if (typeof window.cefclient === 'function') return;
-  const pending = new Map();
-  let next = 1;
-  window.cefclient = (method, ...args) => new Promise((resolve) => {
-    const id = next++;
-    pending.set(id, resolve);
-    // Looked up at each call: the binding may come after this script.
-    window.%1(JSON.stringify({method: String(method), args, id}));
-  });
-  window.%1Answer = (id, value) => {
-    const resolve = pending.get(id);
-    if (resolve) { pending.delete(id); resolve(value); }
-  };
-})();)JS";
 
 }  // namespace
 
@@ -91,16 +55,18 @@ void RenderSideAgent::Install(BrowserImpl* browser, const QString& session_id) {
                                {"executionContextName", kWorld}});
   browser->SendSessionCommand(
       session_id, QStringLiteral("Page.addScriptToEvaluateOnNewDocument"),
-      {{"source", QString::fromLatin1(kFocusWatcher)
-                      .arg(QLatin1String(kFocusBinding))},
+      {{"source", ScriptSource("focus_watcher.js")
+                      .replace(QLatin1String("__BINDING__"),
+                               QLatin1String(kFocusBinding))},
        {"worldName", kWorld},
        {"runImmediately", true}});
   browser->SendSessionCommand(session_id, QStringLiteral("Runtime.addBinding"),
                               {{"name", kCallBinding}});
   browser->SendSessionCommand(
       session_id, QStringLiteral("Page.addScriptToEvaluateOnNewDocument"),
-      {{"source",
-        QString::fromLatin1(kCallApi).arg(QLatin1String(kCallBinding))},
+      {{"source", ScriptSource("cefclient_api.js")
+                      .replace(QLatin1String("__BINDING__"),
+                               QLatin1String(kCallBinding))},
        {"runImmediately", true}});
 }
 
@@ -186,9 +152,7 @@ void RenderSideAgent::RepaintSync(BrowserImpl* browser,
   CefRefPtr<BrowserImpl> keep(browser);
   browser->SendPageCommand(
       QStringLiteral("Runtime.evaluate"),
-      {{"expression",
-        "new Promise(r => requestAnimationFrame(() => "
-        "requestAnimationFrame(() => r(true))))"},
+      {{"expression", ScriptSource("repaint_sync.js")},
        {"awaitPromise", true}},
       [keep, frame](const QJsonObject&, const QJsonObject&) {
         CefRefPtr<brovia::RepaintSyncResultMessage> answer =
@@ -252,11 +216,13 @@ void RenderSideAgent::AnswerCall(BrowserImpl* browser,
   pending_calls_.erase(pending);
   const QJsonArray value{ToJson(answer->result)};
   const QString expression =
-      QStringLiteral("window.%1Answer && window.%1Answer(%2, %3[0])")
-          .arg(QLatin1String(kCallBinding))
-          .arg(call.page_id)
-          .arg(QString::fromUtf8(
-              QJsonDocument(value).toJson(QJsonDocument::Compact)));
+      QStringLiteral("(%1)(%2, %3)")
+          .arg(ScriptSource("cefclient_answer.js")
+                   .replace(QLatin1String("__BINDING__"),
+                            QLatin1String(kCallBinding)),
+               QString::number(call.page_id),
+               QString::fromUtf8(
+                   QJsonDocument(value).toJson(QJsonDocument::Compact)));
   // A context that went with its document fails the command, harmlessly.
   browser->SendSessionCommand(call.session_id,
                               QStringLiteral("Runtime.evaluate"),

@@ -45,8 +45,13 @@ TEST(PageAccess, ScriptsGiveTheirValuesBothWaysAndTheSourceComesBack)
     EXPECT_EQ(first, QVariant(QStringLiteral("one")));
     EXPECT_EQ(second, QVariant(QStringLiteral("two")));
 
-    // A wait that gives up returns at once and leaves nothing behind for the late answer.
-    EXPECT_FALSE(view->runJavaScriptSync(QStringLiteral("'quick'"), 0ms).isValid());
+    // A wait that gives up returns at once and leaves nothing behind for the late answer. The
+    // script is slow on purpose: a quick one may be answered before the wait even looks.
+    EXPECT_FALSE(view->runJavaScriptSync(
+                         QStringLiteral("(() => { const end = Date.now() + 100; while (Date.now() < end); "
+                                        "return 'late'; })()"),
+                         0ms)
+                     .isValid());
     waitUntil([] { return false; }, 300);
 
     const QString source = view->html();

@@ -31,6 +31,7 @@
 #include "libcef/browser/ui_task.h"
 #include "libcef/browser/devtools_window.h"
 #include "libcef/devtools/devtools_session.h"
+#include "libcef/page_scripts.h"
 
 namespace cefengine {
 
@@ -359,13 +360,8 @@ void BrowserImpl::Attach(const QString& session_id) {
   // Drags the page starts go to the client's render handler.
   send("Input.setInterceptDrags", {{"enabled", true}});
   if (chromium_->uses_x11()) {
-    // A full Chromium would open its own context menu over the page; the
-    // engine's goes to the client instead. Whether the page itself
-    // cancelled the event is kept for the menu's watcher.
     send("Page.addScriptToEvaluateOnNewDocument",
-         {{"source",
-           "addEventListener('contextmenu', e => {"
-           " e.broviaPagePrevented = e.defaultPrevented; e.preventDefault(); })"},
+         {{"source", ScriptSource("native_menu_blocker.js")},
           {"worldName", kEngineWorld}});
   }
   // Headless Chromium prints nothing: window.print() asks the client.
@@ -1514,16 +1510,7 @@ void BrowserImpl::StartDownload(const CefString& url) {
     const QString quoted = QString::fromUtf8(
         QJsonDocument(QJsonArray{target}).toJson(QJsonDocument::Compact));
     self->download_world_->Evaluate(
-        QStringLiteral("(([url]) => {"
-                       "  const link = document.createElement('a');"
-                       "  link.href = url;"
-                       "  link.download = '';"
-                       "  link.style.display = 'none';"
-                       "  document.documentElement.appendChild(link);"
-                       "  link.click();"
-                       "  link.remove();"
-                       "})(%1)")
-            .arg(quoted),
+        QStringLiteral("(%1)(%2)").arg(ScriptSource("start_download.js"), quoted),
         [target](const QJsonValue&, const QString& error) {
           if (!error.isEmpty()) {
             LOG(WARNING) << "CefBrowserHost::StartDownload(" << target.toStdString()

@@ -9,45 +9,11 @@
 #include "libcef/browser/browser_hold.h"
 #include "libcef/browser/engine_world.h"
 #include "libcef/browser/ui_task.h"
+#include "libcef/page_scripts.h"
 
 namespace cefengine {
 
 namespace {
-
-// What lies under the point (CSS pixels): link, media, selection, field.
-constexpr char kHitScript[] = R"((x, y) => {
-  const el = document.elementFromPoint(x, y);
-  const hit = {pageUrl: location.href, frameUrl: location.href,
-               charset: document.characterSet, link: '', src: '', title: '',
-               media: 0, editable: false, canUndo: false, canRedo: false,
-               selection: String(getSelection())};
-  for (let e = el; e && !hit.link; e = e.parentElement) {
-    if ((e.tagName === 'A' || e.tagName === 'AREA') && e.href) hit.link = e.href;
-  }
-  if (el) {
-    const media = {IMG: 1, VIDEO: 2, AUDIO: 3, CANVAS: 4}[el.tagName] || 0;
-    if (media) {
-      hit.media = media;
-      hit.src = el.currentSrc || el.src || '';
-      hit.title = el.title || el.alt || '';
-    }
-    const field = el.tagName === 'TEXTAREA' || (el.tagName === 'INPUT' &&
-        !/^(button|checkbox|color|file|hidden|image|radio|range|reset|submit)$/
-            .test(el.type));
-    if ((field && !el.readOnly && !el.disabled) || el.isContentEditable) {
-      hit.editable = true;
-      if (field) {
-        try {
-          hit.selection = el.value.substring(el.selectionStart,
-                                             el.selectionEnd);
-        } catch (e) {}
-      }
-      hit.canUndo = document.queryCommandEnabled('undo');
-      hit.canRedo = document.queryCommandEnabled('redo');
-    }
-  }
-  return hit;
-})";
 
 QString Text(const QJsonObject& hit, const char* key) {
   return hit.value(QLatin1String(key)).toString();
@@ -185,20 +151,8 @@ ContextMenus::ContextMenus(BrowserImpl* browser)
 ContextMenus::~ContextMenus() = default;
 
 QString ContextMenus::WatcherScript() {
-  // Told after the event's dispatch, when every listener of the page has
-  // had its say.
-  return QStringLiteral(
-             "(() => {"
-             "  if (window !== window.top) return;"
-             "  const send = %1;"
-             "  addEventListener('contextmenu', (event) => setTimeout(() => {"
-             "    const cancelled = 'broviaPagePrevented' in event"
-             "        ? event.broviaPagePrevented : event.defaultPrevented;"
-             "    if (!cancelled)"
-             "      send(JSON.stringify({x: event.clientX, y: event.clientY}));"
-             "  }, 0), true);"
-             "})();")
-      .arg(QLatin1String(kBinding));
+  return ScriptSource("context_menu_watcher.js")
+      .replace(QLatin1String("__BINDING__"), QLatin1String(kBinding));
 }
 
 void ContextMenus::OnPageMenu(const QString& payload) {
@@ -212,10 +166,8 @@ void ContextMenus::OnPageMenu(const QString& payload) {
   const int x = qRound(css_x * scale);
   const int y = qRound(css_y * scale);
   CefRefPtr<BrowserImpl> browser(browser_);
-  world_->Evaluate(QStringLiteral("(%1)(%2, %3)")
-                       .arg(QLatin1String(kHitScript))
-                       .arg(css_x)
-                       .arg(css_y),
+  world_->Evaluate(QLatin1Char('(') + ScriptSource("context_menu_hit.js") +
+                       QStringLiteral(")(%1, %2)").arg(css_x).arg(css_y),
                    [this, browser, x, y](const QJsonValue& value,
                                          const QString& error) {
                      if (browser->IsValid() && error.isEmpty()) {

@@ -6,6 +6,7 @@
 #include "libcef/browser/browser_impl.h"
 #include "libcef/browser/input_translator.h"
 #include "libcef/drag_data_impl.h"
+#include "libcef/page_scripts.h"
 
 namespace cefengine {
 
@@ -18,23 +19,8 @@ CefString Cef(const QString& text) {
 }  // namespace
 
 QString DragSource::WatcherScript() {
-  // After the page's own listeners: a dragover they did not cancel drops
-  // nothing.
-  return QStringLiteral(
-             "(() => {"
-             "  if (window !== window.top) return;"
-             "  const send = %1;"
-             "  let last = '';"
-             "  const tell = (event) => setTimeout(() => {"
-             "    const effect = event.defaultPrevented && event.dataTransfer"
-             "        ? event.dataTransfer.dropEffect : 'none';"
-             "    if (effect !== last) { last = effect; send(effect); }"
-             "  }, 0);"
-             "  addEventListener('dragenter', tell, true);"
-             "  addEventListener('dragover', tell, true);"
-             "  addEventListener('drop', () => { last = ''; }, true);"
-             "})();")
-      .arg(QLatin1String(kBinding));
+  return ScriptSource("drag_source.js")
+      .replace(QLatin1String("__BINDING__"), QLatin1String(kBinding));
 }
 
 CefRefPtr<CefDragData> DragSource::ToDragData(const QJsonObject& data) {

@@ -10,6 +10,7 @@
 #include "libcef/browser/browser_impl.h"
 #include "libcef/browser/render_side.h"
 #include "libcef/browser/ui_task.h"
+#include "libcef/page_scripts.h"
 
 namespace cefengine {
 
@@ -82,28 +83,24 @@ void FrameImpl::SelectAll() {
 
 void FrameImpl::ViewSource() {}
 
-void FrameImpl::Visit(const char* expression,
+void FrameImpl::Visit(const char* script_file,
                       CefRefPtr<CefStringVisitor> visitor) {
   if (!visitor) {
     return;
   }
   // A frame that cannot answer still visits, with nothing.
-  browser_->Evaluate(id_, QLatin1String(expression),
+  browser_->Evaluate(id_, ScriptSource(script_file),
                      [visitor](const QJsonValue& value, const QString& error) {
                        visitor->Visit(value.toString().toStdString());
                      });
 }
 
 void FrameImpl::GetSource(CefRefPtr<CefStringVisitor> visitor) {
-  Visit(
-      "(document.doctype ? new XMLSerializer().serializeToString("
-      "document.doctype) + '\\n' : '') + "
-      "(document.documentElement ? document.documentElement.outerHTML : '')",
-      visitor);
+  Visit("frame_source.js", visitor);
 }
 
 void FrameImpl::GetText(CefRefPtr<CefStringVisitor> visitor) {
-  Visit("document.body ? document.body.innerText : ''", visitor);
+  Visit("frame_text.js", visitor);
 }
 
 void FrameImpl::LoadRequest(CefRefPtr<CefRequest> request) {

@@ -64,7 +64,7 @@ class FrameImpl : public CefFrame {
  private:
   // An editing command of the renderer, on whatever has the focus.
   void Edit(const char* command);
-  void Visit(const char* expression, CefRefPtr<CefStringVisitor> visitor);
+  void Visit(const char* script_file, CefRefPtr<CefStringVisitor> visitor);
 
   const QString id_;
   const QString parent_id_;

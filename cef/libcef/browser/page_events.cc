@@ -21,6 +21,7 @@
 #include "libcef/browser/printing.h"
 #include "libcef/browser/script_dialogs.h"
 #include "libcef/browser/ui_task.h"
+#include "libcef/page_scripts.h"
 
 namespace cefengine {
 
@@ -186,37 +187,13 @@ CefPopupFeatures PopupFeatures(const QJsonArray& features) {
 }  // namespace
 
 QString PageEvents::TitleWatcherScript() {
-  return QStringLiteral(
-             "(() => {"
-             "  if (window !== window.top) return;"
-             "  let last = null;"
-             "  const report = () => {"
-             "    const title = document.title;"
-             "    if (title !== last) { last = title; %1(title); }"
-             "  };"
-             "  new MutationObserver(report).observe(document,"
-             "      {subtree: true, childList: true, characterData: true});"
-             "})();")
-      .arg(QLatin1String(kTitleBinding));
+  return ScriptSource("title_watcher.js")
+      .replace(QLatin1String("__BINDING__"), QLatin1String(kTitleBinding));
 }
 
 QString PageEvents::TakeFocusWatcherScript() {
-  // After Tab's own work: when nothing in the page holds the focus any more,
-  // it left the page.
-  return QStringLiteral(
-             "(() => {"
-             "  if (window !== window.top) return;"
-             "  document.addEventListener('keydown', (event) => {"
-             "    if (event.key !== 'Tab' || event.defaultPrevented) return;"
-             "    const from = document.activeElement;"
-             "    setTimeout(() => {"
-             "      const now = document.activeElement;"
-             "      if ((!now || now === document.body) && now !== from)"
-             "        %1(event.shiftKey ? '0' : '1');"
-             "    }, 0);"
-             "  }, true);"
-             "})();")
-      .arg(QLatin1String(kTakeFocusBinding));
+  return ScriptSource("take_focus_watcher.js")
+      .replace(QLatin1String("__BINDING__"), QLatin1String(kTakeFocusBinding));
 }
 
 PageEvents::PageEvents(BrowserImpl* browser) : browser_(browser) {}

@@ -9,6 +9,7 @@
 #include "include/cef_client.h"
 #include "libcef/browser/browser_hold.h"
 #include "libcef/browser/ui_task.h"
+#include "libcef/page_scripts.h"
 
 namespace cefengine {
 
@@ -55,12 +56,8 @@ class PrintDialogCallbackImpl : public CefPrintDialogCallback {
 }  // namespace
 
 QString Printing::PrintWrapperScript() {
-  return QStringLiteral(
-             "(() => {"
-             "  const send = %1;"
-             "  window.print = function print() { send(''); };"
-             "})();")
-      .arg(QLatin1String(kPrintBinding));
+  return ScriptSource("print_wrapper.js")
+      .replace(QLatin1String("__BINDING__"), QLatin1String(kPrintBinding));
 }
 
 QJsonObject Printing::PdfParams(const CefPdfPrintSettings& settings) {

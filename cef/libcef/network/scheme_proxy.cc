@@ -6,6 +6,7 @@
 
 #include "include/internal/cef_types.h"
 #include "libcef/network/url_schemes.h"
+#include "libcef/page_scripts.h"
 
 namespace cefengine {
 
@@ -13,29 +14,6 @@ namespace {
 
 // Never resolvable (RFC 2606), so nothing but the engine ever answers it.
 const char kStandIn[] = "https://custom-scheme.invalid/";
-
-// The page's own fetch and XMLHttpRequest stay reachable through the
-// wrappers; only URLs of the listed schemes are changed.
-const char kScript[] = R"JS((() => {
-  const schemes = new Set(%1);
-  const standIn = (url) => {
-    let parsed;
-    try { parsed = new URL(String(url), document.baseURI); } catch (e) { return null; }
-    return schemes.has(parsed.protocol.slice(0, -1))
-        ? '%2' + encodeURIComponent(parsed.href) : null;
-  };
-  const pageFetch = window.fetch;
-  window.fetch = function(input, init) {
-    const isRequest = input instanceof Request;
-    const target = standIn(isRequest ? input.url : input);
-    if (target) input = isRequest ? new Request(target, input) : target;
-    return pageFetch.call(this, input, init);
-  };
-  const pageOpen = XMLHttpRequest.prototype.open;
-  XMLHttpRequest.prototype.open = function(method, url, ...rest) {
-    return pageOpen.call(this, method, standIn(url) || url, ...rest);
-  };
-})();)JS";
 
 }  // namespace
 
@@ -55,7 +33,10 @@ QString SchemeProxy::PageScript(const std::vector<CustomScheme>& schemes) {
   const QString list = QString::fromUtf8(
       QJsonDocument(QJsonArray::fromStringList(names)).toJson(
           QJsonDocument::Compact));
-  return QString::fromLatin1(kScript).arg(list, QLatin1String(kStandIn));
+  return ScriptSource("scheme_proxy.js")
+      .replace(QLatin1String("__STAND_IN__"),
+               QLatin1Char('\'') + QLatin1String(kStandIn) + QLatin1Char('\''))
+      .replace(QLatin1String("__SCHEMES__"), list);
 }
 
 QString SchemeProxy::Unwrap(const QString& url) {

@@ -1,0 +1,1 @@
+(id, [value]) => window.__BINDING__Answer && window.__BINDING__Answer(id, value)

@@ -1,0 +1,4 @@
+(clearSelection) => {
+  window.__find = null;
+  if (clearSelection) getSelection().removeAllRanges();
+}

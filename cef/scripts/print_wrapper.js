@@ -1,0 +1,4 @@
+(() => {
+  const send = __BINDING__;
+  window.print = function print() { send(''); };
+})();

@@ -1,0 +1,1 @@
+new Promise(r => requestAnimationFrame(() => requestAnimationFrame(() => r(true))))
