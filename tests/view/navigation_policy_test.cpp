@@ -4,6 +4,7 @@
 #include "host/log/record_capture.h"
 #include "support/test_servers.h"
 
+#include <memory>
 #include <QSignalSpy>
 #include <QUrl>
 
@@ -101,9 +102,10 @@ int verifyCertificate(bool accept)
     brovia_test::HttpsServer server;
     if (!server.running())
         return 3;
-    QByteArray seen;
-    startEngine(1.0f, [&](const QByteArray& pem) {
-        seen = pem;
+    // The engine may still ask (for a late sub-resource) after this function returned.
+    auto seen = std::make_shared<QByteArray>();
+    startEngine(1.0f, [seen, accept](const QByteArray& pem) {
+        *seen = pem;
         return accept;
     });
     auto view = makeView(300, 200);
@@ -111,7 +113,7 @@ int verifyCertificate(bool accept)
     view->load(QUrl(QString::fromStdString(server.Url("/"))));
     if (!waitUntil([&] { return !finished.isEmpty(); }))
         return 4;
-    if (seen.trimmed() != server.certificate_pem().trimmed())
+    if (seen->trimmed() != server.certificate_pem().trimmed())
         return 5;
     return finished.last().at(1).toBool() == accept ? 0 : 6;
 }
