@@ -7,6 +7,8 @@
 #include <unistd.h>
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include "browser_test_support.h"
@@ -94,14 +96,24 @@ TEST(RequestContexts, CachePathsMakeChromiumsAndStorageIsShared) {
 TEST(RequestContexts, TemporaryProfileGoesAtShutdown) {
   if (!ChromiumAvailable()) GTEST_SKIP() << "no Chromium installed";
   RunInFreshProcess([] {
-    const QStringList before = TemporaryProfiles();
     ASSERT_TRUE(StartEngine());
     CefRefPtr<TestClient> client = new TestClient;
-    ASSERT_TRUE(OpenBrowser(client, "data:text/html,x"));
-    EXPECT_EQ(TemporaryProfiles().size(), before.size() + 1);
+    CefRefPtr<CefBrowser> browser = OpenBrowser(client, "data:text/html,x");
+    ASSERT_TRUE(browser);
+    // This Chromium's profile, from its command line: other tests' profiles come and go
+    // meanwhile.
+    QFile cmdline(QStringLiteral("/proc/%1/cmdline").arg(Impl(browser)->devtools()->pid()));
+    ASSERT_TRUE(cmdline.open(QIODevice::ReadOnly));
+    QString profile;
+    for (const QByteArray& arg : cmdline.readAll().split('\0')) {
+      if (arg.startsWith("--user-data-dir=")) profile = QString::fromLocal8Bit(arg.mid(16));
+    }
+    cmdline.close();
+    browser = nullptr;
+    EXPECT_TRUE(TemporaryProfiles().contains(QFileInfo(profile).fileName())) << profile.toStdString();
     EXPECT_TRUE(CefRequestContext::GetGlobalContext()->GetCachePath().empty());
     StopEngine(client);
-    EXPECT_EQ(TemporaryProfiles(), before);
+    EXPECT_FALSE(QFileInfo::exists(profile));
   });
 }
 
