@@ -15,6 +15,11 @@
 #include <string>
 #include <vector>
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <QProcess>
 
 #include "cef_runtime/engine_test_support.h"
@@ -232,6 +237,18 @@ std::set<int> Descendants();
 void StopEngine(CefRefPtr<TestClient> client);
 
 // A page's protocol session, to reach Chromium behind the engine's back.
+// Whether something listens on loopback |port|.
+inline bool Listening(int port) {
+  const int fd = socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(port);
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  const bool connected = connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof(address)) == 0;
+  close(fd);
+  return connected;
+}
+
 inline cefengine::BrowserImpl* Impl(CefRefPtr<CefBrowser> browser) {
   return static_cast<cefengine::BrowserImpl*>(browser.get());
 }

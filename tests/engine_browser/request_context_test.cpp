@@ -28,17 +28,6 @@ class ContextHandler : public CefRequestContextHandler {
   IMPLEMENT_REFCOUNTING(ContextHandler);
 };
 
-bool Listening(int port) {
-  const int fd = socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(port);
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  const bool connected = connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof(address)) == 0;
-  close(fd);
-  return connected;
-}
-
 QStringList TemporaryProfiles() {
   return QDir(QDir::tempPath()).entryList({"brovia-profile-*"}, QDir::Dirs);
 }

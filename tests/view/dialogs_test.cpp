@@ -20,20 +20,6 @@ bool titleBecomes(QSignalSpy& titles, const QString& title)
     return waitUntil([&] { return !titles.isEmpty() && titles.last().at(0).toString() == title; });
 }
 
-// Answers the next modal dialog the way the user would.
-void answerNextDialog(std::function<void(QWidget*)> answer)
-{
-    auto* poll = new QTimer();
-    QObject::connect(poll, &QTimer::timeout, [poll, answer] {
-        if (QWidget* dialog = QApplication::activeModalWidget())
-        {
-            poll->deleteLater();
-            poll->stop();
-            answer(dialog);
-        }
-    });
-    poll->start(20);
-}
 } // namespace
 
 TEST(ScriptDialogs, TheBuiltInDialogsAnswerUnlessTheHostTakesOver)

@@ -88,21 +88,6 @@ private:
     QTcpServer m_server;
 };
 
-// Answers the next modal dialog the way the user would.
-void answerNextDialog(std::function<void(QWidget*)> answer)
-{
-    auto* poll = new QTimer();
-    QObject::connect(poll, &QTimer::timeout, [poll, answer] {
-        if (QWidget* dialog = QApplication::activeModalWidget())
-        {
-            poll->deleteLater();
-            poll->stop();
-            answer(dialog);
-        }
-    });
-    poll->start(20);
-}
-
 // Files the engine keeps while Chromium downloads.
 QStringList engineDownloadFiles()
 {

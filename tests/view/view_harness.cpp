@@ -4,8 +4,10 @@
 #include "host/view_interface/qcef_view_settings.h"
 #include "view/view_impl_service.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QTimer>
 #include <QPixmap>
 #include <QUrl>
 
@@ -78,4 +80,18 @@ bool loadAndWait(IQCefViewImpl* view, const QUrl& url)
     const bool done = waitUntil([&] { return finished && view->getRenderedImageSize() == view->size(); });
     QObject::disconnect(connection);
     return done;
+}
+
+void answerNextDialog(std::function<void(QWidget*)> answer)
+{
+    auto* poll = new QTimer();
+    QObject::connect(poll, &QTimer::timeout, [poll, answer] {
+        if (QWidget* dialog = QApplication::activeModalWidget())
+        {
+            poll->deleteLater();
+            poll->stop();
+            answer(dialog);
+        }
+    });
+    poll->start(20);
 }

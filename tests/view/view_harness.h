@@ -11,6 +11,8 @@
 
 #include <QByteArray>
 
+class QWidget;
+
 // Starts the engine for the views of this process, once, with the given device scale factor and
 // certificate verifier.
 void startEngine(float deviceScaleFactor = 1.0f,
@@ -36,3 +38,6 @@ QUrl htmlPage(const QString& html);
 // Loads url and waits (15 s at most) until it has finished loading and a frame of the view's size
 // has arrived: a frame alone may still be the blank page before it.
 bool loadAndWait(IQCefViewImpl* view, const QUrl& url);
+
+// Answers the next modal dialog the way the user would.
+void answerNextDialog(std::function<void(QWidget*)> answer);

@@ -798,6 +798,11 @@ void BrowserImpl::Detach() {
   script_dialogs_->OnPageLeft();
   file_dialogs_->OnFrameNavigated(QString(), true);
   page_events_->Reset();
+  DropPageHooks();
+  chromium_->RemoveBrowser(this);
+}
+
+void BrowserImpl::DropPageHooks() {
   if (navigation_policy_) {
     navigation_policy_->OnDetached(this);
     navigation_policy_.reset();
@@ -810,7 +815,6 @@ void BrowserImpl::Detach() {
     render_observer_->OnDetached(this);
     render_observer_.reset();
   }
-  chromium_->RemoveBrowser(this);
 }
 
 void BrowserImpl::Revive(const std::string& url) {
@@ -998,18 +1002,7 @@ void BrowserImpl::Destroy(bool close_target) {
   printing_->Release();
   context_menus_->Release();
   page_events_->Clear();
-  if (navigation_policy_) {
-    navigation_policy_->OnDetached(this);
-    navigation_policy_.reset();
-  }
-  if (render_side_) {
-    render_side_->OnDetached(this);
-    render_side_.reset();
-  }
-  if (render_observer_) {
-    render_observer_->OnDetached(this);
-    render_observer_.reset();
-  }
+  DropPageHooks();
   if (close_target && !target_id_.isEmpty()) {
     if (std::shared_ptr<DevToolsSession> session = chromium_->session()) {
       session->sendCommand(QStringLiteral("Target.closeTarget"),

@@ -353,6 +353,9 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   // Lets go of a page whose Chromium is gone, or that was dropped; the
   // browser stays.
   void Detach();
+  // The navigation policy, render side and render observer let go of the
+  // page that goes.
+  void DropPageHooks();
   // A new page for a browser whose Chromium went, showing |url|.
   void Revive(const std::string& url);
   // Chromium went and nothing brought the page back yet. Any thread.
