@@ -186,7 +186,8 @@ std::vector<pid_t> children(const QByteArray& name) {
 
 }  // namespace
 
-// The engine's X server dies: its pages are reported gone like a Chromium that died, and close.
+// The engine's X server dies: its pages are reported gone like a Chromium that died, and a reload brings them
+// back on a new one.
 TEST(FrameSourceTest, AnXServerThatDiesIsReportedLikeAChromiumDeath) {
   RunInFreshProcess([] {
     ASSERT_TRUE(startEngine());
@@ -208,7 +209,15 @@ TEST(FrameSourceTest, AnXServerThatDiesIsReportedLikeAChromiumDeath) {
     const std::vector<pid_t> servers = children("Xvfb");
     ASSERT_EQ(servers.size(), 1u);
     ::kill(servers[0], SIGKILL);
-    EXPECT_TRUE(client->waitFor([&] { return client->terminated == 1 && client->browser == nullptr; }));
+    ASSERT_TRUE(client->waitFor([&] { return client->terminated == 1; }));
+    const size_t painted = client->snapshot().size();
+    client->browser->Reload();
+    EXPECT_TRUE(client->waitFor([&] { return client->paints.size() > painted; }));
+    const std::vector<pid_t> revived = children("Xvfb");
+    ASSERT_EQ(revived.size(), 1u);
+    EXPECT_NE(revived[0], servers[0]);
+    client->browser->GetHost()->CloseBrowser(true);
+    EXPECT_TRUE(client->waitFor([&] { return client->browser == nullptr; }));
     CefShutdown();
   });
 }
