@@ -272,10 +272,13 @@ bool XServer::Launch(const std::string& xvfb, std::string* error) {
       output = log;
   }
   // Xvfb picks a free display number itself and writes it to fd 3 once it
-  // accepts connections. No TCP; no reset when the last client goes.
+  // accepts connections. No TCP, and no socket file in /tmp/.X11-unix for
+  // anyone to find: only Linux's abstract socket, which Xlib and Chromium
+  // try first. No reset when the last client goes.
   std::vector<std::string> args = {xvfb,       "-displayfd", "3",
                                     "-screen",  "0",          kScreen,
-                                    "-nolisten", "tcp",       "-noreset",
+                                    "-nolisten", "tcp",       "-nolisten",
+                                    "unix",     "-noreset",
                                     "+extension", "Composite", "+extension",
                                     "DAMAGE",   "+extension", "XFIXES",
                                     "+extension", "MIT-SHM",  "+extension",
