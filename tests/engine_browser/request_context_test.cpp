@@ -4,6 +4,7 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <QDir>
@@ -90,6 +91,31 @@ TEST(RequestContexts, CachePathsMakeChromiumsAndStorageIsShared) {
     EXPECT_TRUE(Listening(port)) << "remote debugging was asked for";
     in_global = in_own = in_sharing = nullptr;
     StopEngine(client);
+  });
+}
+
+// Two instances of one host application start at the same moment on one
+// profile: each gets its own Chromium, and both pages load.
+TEST(RequestContexts, TwoHostsStartingAtOnceOnOneProfileBothShowTheirPages) {
+  if (!ChromiumAvailable()) GTEST_SKIP() << "no Chromium installed";
+  RunInFreshProcess([] {
+    QTemporaryDir root;
+    const pid_t other = ::fork();
+    ASSERT_GE(other, 0);
+    const bool started = StartEngine([&](CefSettings& settings) {
+      CefString(&settings.root_cache_path) = root.path().toStdString();
+      CefString(&settings.cache_path) = root.path().toStdString();
+    });
+    CefRefPtr<TestClient> client = new TestClient;
+    CefRefPtr<CefBrowser> browser = started ? OpenBrowser(client, "data:text/html,shared") : nullptr;
+    const bool shown = browser && client->WaitFor("load-end 0 data:text/html,shared");
+    browser = nullptr;
+    if (started) StopEngine(client);
+    if (other == 0) ::_exit(shown ? 0 : 1);
+    int status = 0;
+    ASSERT_EQ(::waitpid(other, &status, 0), other);
+    EXPECT_TRUE(shown) << "the first host";
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "the second host";
   });
 }
 

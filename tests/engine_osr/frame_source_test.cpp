@@ -115,11 +115,10 @@ void checkScale(int s) {
   const int areaLimit = x11 ? 320 * s * 24 * s : 320 * s * 240 * s / 4;
   const size_t before = client->snapshot().size();
   client->browser->GetMainFrame()->ExecuteJavaScript("moving = true", "", 0);
-  std::this_thread::sleep_for(1s);
+  ASSERT_TRUE(client->waitFor([&] { return client->paints.size() >= before + 5; }));
   client->browser->GetMainFrame()->ExecuteJavaScript("moving = false", "", 0);
   std::this_thread::sleep_for(300ms);
   const std::vector<Paint> paints = client->snapshot();
-  ASSERT_GE(paints.size(), before + 5);
   const QRect frame(0, 0, 320 * s, 240 * s);
   for (size_t i = before; i < paints.size(); ++i) {
     const Paint& paint = paints[i];

@@ -18,6 +18,7 @@
 #include "libcef/browser/browser_impl.h"
 #include "libcef/browser/browser_registry.h"
 #include "libcef/browser/downloads.h"
+#include "libcef/browser/profile_start_lock.h"
 #include "libcef/browser/ui_task.h"
 #include "libcef/context.h"
 #include "libcef/osr/x_server.h"
@@ -251,6 +252,7 @@ ChromiumInstance::Launched ChromiumInstance::Launch(
       CefString(&Context::Get()->settings().browser_subprocess_path)
           .ToString());
   std::shared_ptr<XServer> x_server;
+  std::unique_ptr<ProfileStartLock> profile_lock;
   if (choice.x11 && !g_x11_failed) {
     std::string x_error;
     x_server = XServer::Get(choice.xvfb, &x_error);
@@ -263,7 +265,10 @@ ChromiumInstance::Launched ChromiumInstance::Launch(
   if (x_server) {
     // A full Chromium hands itself over to another one that runs on the
     // same profile (its process singleton) and quits. Profiles are shared
-    // the way the headless shell shares them: its lock goes.
+    // the way the headless shell shares them: its lock goes, and other
+    // hosts' starts on this profile wait until this one has answered.
+    profile_lock =
+        std::make_unique<ProfileStartLock>(user_data_dir, kStartTimeout);
     for (const char* singleton :
          {"SingletonLock", "SingletonSocket", "SingletonCookie"}) {
       ::unlink((user_data_dir + "/" + singleton).c_str());
@@ -302,6 +307,9 @@ ChromiumInstance::Launched ChromiumInstance::Launch(
     session->stop(kStopTimeout);
     return {};
   }
+
+  // Past its singleton check by now.
+  profile_lock.reset();
 
   const std::string configured =
       CefString(&Context::Get()->settings().user_agent).ToString();
