@@ -17,6 +17,8 @@
 #include "include/cef_request_context.h"
 #include "libcef/browser/browser_impl.h"
 #include "libcef/browser/chromium_instance.h"
+#include "libcef/osr/x_server.h"
+#include "x_windows.h"
 
 using cef_runtime_test::RunInFreshProcess;
 using namespace std::chrono_literals;
@@ -185,6 +187,32 @@ std::vector<pid_t> children(const QByteArray& name) {
 }
 
 }  // namespace
+
+// The page's window goes from the X server: the page is reported gone like a Chromium that died, and a reload
+// brings it back in a new window.
+TEST(FrameSourceTest, APageWindowThatDisappearsIsReportedLikeAChromiumDeath) {
+  RunInFreshProcess([] {
+    ASSERT_TRUE(startEngine());
+    CefRefPtr<BoxClient> client = new BoxClient(1);
+    CefWindowInfo window;
+    window.SetAsWindowless(kNullWindowHandle);
+    ASSERT_TRUE(CefBrowserHost::CreateBrowser(window, client, "data:text/html,<p>x", CefBrowserSettings(), nullptr,
+                                              nullptr));
+    ASSERT_TRUE(client->waitFor([&] { return client->browser && !client->paints.empty(); }));
+    cefengine::ChromiumInstance* chromium = static_cast<cefengine::BrowserImpl*>(client->browser.get())->chromium();
+    if (chromium->uses_x11()) {
+      // The page's window is the one of its size; the launcher's is not.
+      ASSERT_EQ(destroyTopLevelWindows(chromium->x_server()->display_name(), 320, 240), 1);
+      ASSERT_TRUE(client->waitFor([&] { return client->terminated == 1; }));
+      const size_t painted = client->snapshot().size();
+      client->browser->Reload();
+      EXPECT_TRUE(client->waitFor([&] { return client->paints.size() > painted; }));
+    }
+    client->browser->GetHost()->CloseBrowser(true);
+    EXPECT_TRUE(client->waitFor([&] { return client->browser == nullptr; }));
+    CefShutdown();
+  });
+}
 
 // The engine's X server dies: its pages are reported gone like a Chromium that died, and a reload brings them
 // back on a new one.
