@@ -2,17 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include "support/frame_source_argument.h"
+
 // Views need a QApplication; scenarios that need their own engine settings run as death-test
 // children, each a fresh process re-executing this program.
 int main(int argc, char** argv)
 {
-    // CTest runs these tests once with each frame source.
-    for (int i = 1; i < argc; ++i)
-    {
-        const QByteArray arg(argv[i]);
-        if (arg.startsWith("--brovia-frame-source="))
-            qputenv("BROVIA_FRAME_SOURCE", arg.mid(int(sizeof("--brovia-frame-source=")) - 1));
-    }
+    takeFrameSourceArgument(argc, argv);
     // A child that needs a window system is told which platform to use.
     const QByteArray platform = qgetenv("BROVIA_TEST_QPA");
     qputenv("QT_QPA_PLATFORM", platform.isEmpty() ? QByteArray("offscreen") : platform);

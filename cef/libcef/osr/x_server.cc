@@ -158,7 +158,7 @@ std::shared_ptr<XServer> XServer::Get(const std::string& xvfb,
     *error = "the engine is shut down";
     return nullptr;
   }
-  if (slot && slot->alive())
+  if (slot && slot->Running())
     return slot;
   if (slot) {
     // A dead one: its thread has ended or is ending.
@@ -235,6 +235,16 @@ XServer::~XServer() {
   }
   if (wake_fd_ >= 0)
     close(wake_fd_);
+  if (exit_fd_ >= 0)
+    close(exit_fd_);
+}
+
+bool XServer::Running() const {
+  if (!alive_)
+    return false;
+  // The X thread may not have seen Xvfb's end yet, while Chromium has.
+  pollfd ended = {exit_fd_, POLLIN, 0};
+  return exit_fd_ < 0 || poll(&ended, 1, 0) == 0;
 }
 
 bool XServer::OnXThread() const {
@@ -327,6 +337,8 @@ bool XServer::Launch(const std::string& xvfb, std::string* error) {
   }
   pid_ = child;
   pid_fd_ = static_cast<int>(syscall(SYS_pidfd_open, child, 0));
+  if (pid_fd_ >= 0)
+    exit_fd_ = fcntl(pid_fd_, F_DUPFD_CLOEXEC, 0);
 
   std::string number;
   const auto deadline = std::chrono::steady_clock::now() + kStartTimeout;

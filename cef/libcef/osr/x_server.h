@@ -97,6 +97,8 @@ class XServer {
   // ":N". Any thread.
   const std::string& display_name() const { return display_name_; }
   bool alive() const { return alive_.load(); }
+  // Alive, and Xvfb has not ended. Any thread.
+  bool Running() const;
 
   // Runs |task| on the X thread after |delay| (in order among equal
   // deadlines). Dropped once the server is gone. Any thread.
@@ -138,6 +140,8 @@ class XServer {
   // Xvfb ended by itself (X thread).
   bool server_gone_ = false;
   int pid_fd_ = -1;
+  // Its own copy of |pid_fd_| for Running(), closed with the object.
+  int exit_fd_ = -1;
   int wake_fd_ = -1;
 
   // Start-up hand-shake between Get and the thread.
