@@ -390,6 +390,8 @@ bool XServer::Launch(const std::string& xvfb, std::string* error) {
 }
 
 bool XServer::Connect(std::string* error) {
+  // The connection to a server that died before this one is over.
+  g_io_error = false;
   display_ = XOpenDisplay(display_name_.c_str());
   if (!display_) {
     *error = "cannot connect to Xvfb on " + display_name_;
@@ -455,8 +457,13 @@ void XServer::Main() {
       XNextEvent(display, &event);
       HandleEvent(&event);
     }
-    if (g_io_error || stopping_)
+    if (stopping_)
       return;
+    if (g_io_error) {
+      LOG(ERROR) << "The engine's X server (Xvfb " << display_name_
+                 << ") broke its connection";
+      return;
+    }
     XFlush(display);
     int timeout = -1;
     {
