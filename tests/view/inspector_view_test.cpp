@@ -5,8 +5,8 @@
 
 #include <QFile>
 #include <QMenu>
-#include <QTest>
 #include <QProcess>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
