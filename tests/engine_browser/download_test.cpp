@@ -12,6 +12,7 @@
 
 #include "browser_test_support.h"
 #include "include/cef_download_handler.h"
+#include "support/engine_downloads.h"
 
 namespace engine_browser_test {
 namespace {
@@ -98,18 +99,6 @@ TEST(BrowserDownloads, StartDownloadSavesWhereTheClientSaysUnlessItRefuses) {
   });
 }
 
-// The files the engine's Chromiums are saving, in their private folders.
-QStringList FilesBeingSaved() {
-  QStringList files;
-  const QDir temp = QDir::temp();
-  for (const QString& folder : temp.entryList({QStringLiteral("brovia-downloads-*")}, QDir::Dirs)) {
-    for (const QString& file : QDir(temp.filePath(folder)).entryList(QDir::Files | QDir::Hidden)) {
-      files << folder + QLatin1Char('/') + file;
-    }
-  }
-  return files;
-}
-
 TEST(BrowserDownloads, ASlowDownloadReportsItsProgressAndACancelMidwayLeavesNoFile) {
   if (!ChromiumAvailable()) GTEST_SKIP() << "no Chromium installed";
   RunInFreshProcess([] {
@@ -146,13 +135,13 @@ TEST(BrowserDownloads, ASlowDownloadReportsItsProgressAndACancelMidwayLeavesNoFi
 
     // Cancelled midway: the engine's partial file goes, and nothing arrives
     // at the target.
-    const QStringList before = FilesBeingSaved();
+    const QStringList before = brovia_test::engineDownloadFiles();
     client->cancel_at = 4 * 16384;
     const size_t skip = client->count();
     browser->GetHost()->StartDownload(http.Url("/slow/64"));
     bool begun = false;
     for (int waited = 0; waited < 5000 && !begun; waited += 20) {
-      begun = FilesBeingSaved() != before;
+      begun = brovia_test::engineDownloadFiles() != before;
       if (!begun) std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }
     EXPECT_TRUE(begun) << "no partial file was seen";
@@ -163,10 +152,10 @@ TEST(BrowserDownloads, ASlowDownloadReportsItsProgressAndACancelMidwayLeavesNoFi
     EXPECT_LT(std::stoll(canceled.substr(9)), kSize);
     bool gone = false;
     for (int waited = 0; waited < 5000 && !gone; waited += 100) {
-      gone = FilesBeingSaved() == before;
+      gone = brovia_test::engineDownloadFiles() == before;
       if (!gone) std::this_thread::sleep_for(std::chrono::milliseconds(100));
     }
-    EXPECT_TRUE(gone) << FilesBeingSaved().join(' ').toStdString();
+    EXPECT_TRUE(gone) << brovia_test::engineDownloadFiles().join(' ').toStdString();
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList());
     EXPECT_LT(TestClient::Find(client->events(), "complete ", skip), 0);
     StopEngine(client);

@@ -17,6 +17,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/engine_downloads.h"
 #include "support/private_x_server.h"
 
 #include <algorithm>
@@ -90,17 +91,6 @@ private:
 
     QTcpServer m_server;
 };
-
-// Files the engine keeps while Chromium downloads.
-QStringList engineDownloadFiles()
-{
-    QStringList files;
-    const QDir temp = QDir::temp();
-    for (const QString& folder : temp.entryList({QStringLiteral("brovia-downloads-*")}, QDir::Dirs))
-        for (const QString& file : QDir(temp.filePath(folder)).entryList(QDir::Files | QDir::Hidden))
-            files << file;
-    return files;
-}
 } // namespace
 
 TEST(Downloads, ALinkDownloadsToTheChosenFileAndACancelledOneLeavesNothing)
@@ -129,7 +119,7 @@ TEST(Downloads, ALinkDownloadsToTheChosenFileAndACancelledOneLeavesNothing)
     QFile saved(chosen);
     ASSERT_TRUE(saved.open(QIODevice::ReadOnly));
     EXPECT_EQ(saved.readAll(), kReport);
-    EXPECT_TRUE(waitUntil([&] { return engineDownloadFiles().isEmpty(); }, 5000));
+    EXPECT_TRUE(waitUntil([&] { return brovia_test::engineDownloadFiles().isEmpty(); }, 5000));
 
     // The page stays where it was.
     EXPECT_EQ(view->runJavaScriptSync(QStringLiteral("location.pathname"), std::chrono::milliseconds(5000)).toString(),
@@ -142,7 +132,7 @@ TEST(Downloads, ALinkDownloadsToTheChosenFileAndACancelledOneLeavesNothing)
         auto* files = qobject_cast<QFileDialog*>(dialog);
         ASSERT_NE(files, nullptr);
         // Chromium goes on downloading while the user decides.
-        begun = waitUntil([] { return !engineDownloadFiles().isEmpty(); }, 5000);
+        begun = waitUntil([] { return !brovia_test::engineDownloadFiles().isEmpty(); }, 5000);
         files->reject();
         rejected = true;
     });
@@ -150,7 +140,7 @@ TEST(Downloads, ALinkDownloadsToTheChosenFileAndACancelledOneLeavesNothing)
     ASSERT_TRUE(waitUntil([&] { return rejected; }));
     EXPECT_TRUE(begun);
     waitUntil([] { return false; }, 1000);
-    EXPECT_TRUE(waitUntil([&] { return engineDownloadFiles().isEmpty(); }, 10000));
+    EXPECT_TRUE(waitUntil([&] { return brovia_test::engineDownloadFiles().isEmpty(); }, 10000));
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{QStringLiteral("saved report.txt")});
 }
 
