@@ -17,9 +17,24 @@ namespace engine_browser_test {
 namespace {
 
 constexpr char kServerScript[] = R"(
-import http.server
+import http.server, time
 class Handler(http.server.BaseHTTPRequestHandler):
     def do_GET(self):
+        if self.path.startswith('/slow/'):
+            chunks = int(self.path[6:])
+            self.send_response(200)
+            self.send_header('Content-Type', 'application/octet-stream')
+            self.send_header('Content-Disposition', 'attachment; filename="slow.bin"')
+            self.send_header('Content-Length', str(chunks * 16384))
+            self.end_headers()
+            try:
+                for _ in range(chunks):
+                    self.wfile.write(b'x' * 16384)
+                    self.wfile.flush()
+                    time.sleep(0.1)
+            except OSError:
+                pass
+            return
         code = int(self.path[8:]) if self.path.startswith('/status/') else 200
         title = self.headers.get('Accept-Language', '') if self.path == '/lang' else self.path
         body = ('<html><head><title>%s</title></head><body>%s</body></html>' % (title, self.path)).encode()

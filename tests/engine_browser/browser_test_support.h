@@ -254,8 +254,9 @@ inline cefengine::BrowserImpl* Impl(CefRefPtr<CefBrowser> browser) {
 }
 
 // A loopback HTTP server in a Python child: /status/N answers N, /lang
-// answers a page titled with the request's Accept-Language, anything else
-// 200 with a page titled with its path.
+// answers a page titled with the request's Accept-Language, /slow/N sends a
+// download of N 16 KiB pieces, one every 100 ms, anything else 200 with a
+// page titled with its path.
 class HttpServer {
  public:
   HttpServer();

@@ -15,6 +15,7 @@
 
 #include "browser_test_support.h"
 #include "include/cef_task.h"
+#include "libcef/logging_impl.h"
 #include "support/private_x_server.h"
 
 namespace engine_browser_test {
@@ -122,6 +123,34 @@ void ShowInspector(CefRefPtr<CefBrowser> browser, CefRefPtr<TestClient> client) 
   browser->GetHost()->ShowDevTools(CefWindowInfo(), client, CefBrowserSettings(), CefPoint());
 }
 
+// Opens the inspector and returns the popup browser its client was told of
+// after |skip| events, or null.
+CefRefPtr<CefBrowser> ShowInspectorBrowser(CefRefPtr<CefBrowser> browser,
+                                           CefRefPtr<TestClient> client) {
+  const size_t skip = client->count();
+  ShowInspector(browser, client);
+  if (!client->WaitFor("created-popup ", skip)) return nullptr;
+  const Events events = client->events();
+  return client->browser_by_id(
+      std::stoi(events[TestClient::Find(events, "created-popup ", skip)].substr(14)));
+}
+
+// The life span events of browser |id| after |skip|, in order.
+std::vector<std::string> LifeSpanOf(CefRefPtr<TestClient> client, int id, size_t skip = 0) {
+  std::vector<std::string> found;
+  const Events events = client->events();
+  for (size_t i = skip; i < events.size(); ++i) {
+    const std::string& event = events[i];
+    const size_t space = event.rfind(' ');
+    if (space != std::string::npos && event.substr(space + 1) == std::to_string(id) &&
+        (event.rfind("created", 0) == 0 || event.rfind("do-close", 0) == 0 ||
+         event.rfind("before-close", 0) == 0)) {
+      found.push_back(event.substr(0, space));
+    }
+  }
+  return found;
+}
+
 TEST(BrowserInspector, OpensAWindowOnTheDisplayThatInspectsThePageAndCloses) {
   if (!ChromiumAvailable()) GTEST_SKIP() << "no Chromium installed";
   if (!QFile::exists(QStringLiteral("/usr/lib/chromium/chromium"))) GTEST_SKIP() << "no full Chromium";
@@ -145,8 +174,15 @@ TEST(BrowserInspector, OpensAWindowOnTheDisplayThatInspectsThePageAndCloses) {
     const std::map<int, QString> before = ListeningPorts();
     EXPECT_FALSE(browser->GetHost()->HasDevTools());
 
-    ShowInspector(browser, client);
-    ASSERT_TRUE(Eventually([&] { return browser->GetHost()->HasDevTools(); }));
+    // The client meets the inspector as a popup browser of its own.
+    CefRefPtr<CefBrowser> inspector = ShowInspectorBrowser(browser, client);
+    ASSERT_TRUE(inspector);
+    EXPECT_TRUE(browser->GetHost()->HasDevTools());
+    EXPECT_TRUE(inspector->IsPopup());
+    EXPECT_TRUE(inspector->IsValid());
+    EXPECT_NE(inspector->GetIdentifier(), browser->GetIdentifier());
+    EXPECT_FALSE(inspector->IsSame(browser));
+    EXPECT_TRUE(inspector->GetHost()->GetClient() == CefRefPtr<CefClient>(client));
     FrontEnd front;
     ASSERT_TRUE(Eventually([&] { return (front = FindFrontEnd()).pid > 0; }));
     const std::map<int, QString> open = ListeningPorts();
@@ -169,31 +205,57 @@ TEST(BrowserInspector, OpensAWindowOnTheDisplayThatInspectsThePageAndCloses) {
               "HTTP/1.1 404 Not Found");
     EXPECT_EQ(Upgrade(port, QStringLiteral("/json")), "HTTP/1.1 404 Not Found");
     // Asking again opens no second window.
+    const size_t created = client->count();
     ShowInspector(browser, client);
     FlushUiThread();
     EXPECT_EQ(ListeningPorts().size(), open.size());
+    EXPECT_EQ(TestClient::Find(client->events(), "created", created), -1);
 
     browser->GetHost()->CloseDevTools();
     FlushUiThread();
     EXPECT_FALSE(browser->GetHost()->HasDevTools());
+    EXPECT_EQ(LifeSpanOf(client, inspector->GetIdentifier()),
+              (std::vector<std::string>{"created-popup", "do-close", "before-close"}));
+    EXPECT_FALSE(inspector->IsValid());
+    EXPECT_TRUE(inspector->GetHost()->GetClient() == nullptr) << "a closed inspector holds its client";
+    inspector = nullptr;
     EXPECT_EQ(ListeningPorts(), before);
     EXPECT_TRUE(Eventually([&] { return kill(front.pid, 0) != 0; })) << "the window's Chromium lives on";
     EXPECT_FALSE(QDir(front.profile).exists()) << front.profile.toStdString();
 
     // Opened again and closed at the screen: its Chromium goes, and so does the port.
-    ShowInspector(browser, client);
+    inspector = ShowInspectorBrowser(browser, client);
+    ASSERT_TRUE(inspector);
     FrontEnd again;
     ASSERT_TRUE(Eventually([&] { return (again = FindFrontEnd()).pid > 0; }));
     ASSERT_TRUE(Eventually([] { return WindowNames().contains(QLatin1String("DevTools - ")); }));
     kill(again.pid, SIGTERM);
     EXPECT_TRUE(Eventually([&] { return !browser->GetHost()->HasDevTools(); }));
     EXPECT_TRUE(Eventually([&] { return ListeningPorts() == before; }));
+    EXPECT_TRUE(client->WaitFor("before-close " + std::to_string(inspector->GetIdentifier())));
 
-    // A browser that closes takes its inspector along.
-    ShowInspector(browser, client);
+    // Closing the inspector's own browser closes its window.
+    inspector = ShowInspectorBrowser(browser, client);
+    ASSERT_TRUE(inspector);
+    ASSERT_TRUE(Eventually([&] { return (again = FindFrontEnd()).pid > 0; }));
+    inspector->GetHost()->CloseBrowser(false);
+    EXPECT_TRUE(client->WaitFor("before-close " + std::to_string(inspector->GetIdentifier())));
+    EXPECT_FALSE(browser->GetHost()->HasDevTools());
+    EXPECT_TRUE(Eventually([&] { return kill(again.pid, 0) != 0; })) << "the window's Chromium lives on";
+    EXPECT_EQ(ListeningPorts(), before);
+
+    // A browser that closes takes its inspector along, and the client hears
+    // of the inspector's end before its own.
+    inspector = ShowInspectorBrowser(browser, client);
+    ASSERT_TRUE(inspector);
     ASSERT_TRUE(Eventually([&] { return FindFrontEnd().pid > 0; }));
+    const size_t closing = client->count();
     browser->GetHost()->CloseBrowser(true);
     ASSERT_TRUE(client->WaitForOpenBrowsers(0));
+    const Events events = client->events();
+    EXPECT_LT(TestClient::Find(events, "before-close " + std::to_string(inspector->GetIdentifier()), closing),
+              TestClient::Find(events, "before-close " + std::to_string(browser->GetIdentifier()), closing));
+    inspector = nullptr;
     EXPECT_TRUE(Eventually([] { return FindFrontEnd().pid == 0; }));
     EXPECT_EQ(ListeningPorts(), before);
     StopEngine(client);
@@ -207,6 +269,9 @@ TEST(BrowserInspector, WithoutADisplayNothingOpens) {
     SCOPED_TRACE(display);
     qputenv("DISPLAY", display);
     RunInFreshProcess([] {
+      const std::string log = ::testing::TempDir() + "inspector_without_display.log";
+      std::remove(log.c_str());
+      ASSERT_TRUE(cefengine::SetLogFile(log));
       ASSERT_TRUE(StartEngine());
       CefRefPtr<TestClient> client = new TestClient;
       CefRefPtr<CefBrowser> browser = OpenBrowser(client, "data:text/html,<p>page");
@@ -214,13 +279,20 @@ TEST(BrowserInspector, WithoutADisplayNothingOpens) {
       ASSERT_TRUE(client->WaitFor("loading 000"));
       const std::map<int, QString> before = ListeningPorts();
       const std::set<int> processes = Descendants();
-      ShowInspector(browser, client);
+      const size_t skip = client->count();
+      for (int click = 0; click < 3; ++click) ShowInspector(browser, client);
       FlushUiThread();
       EXPECT_FALSE(browser->GetHost()->HasDevTools());
       EXPECT_EQ(ListeningPorts(), before);
       EXPECT_EQ(Descendants(), processes);
+      EXPECT_EQ(TestClient::Find(client->events(), "created", skip), -1);
       browser->GetHost()->CloseDevTools();
       StopEngine(client);
+      cefengine::SetLogFile("");
+      QFile written(QString::fromStdString(log));
+      ASSERT_TRUE(written.open(QIODevice::ReadOnly));
+      // One line says why, however often the host asks.
+      EXPECT_EQ(written.readAll().count("no inspector window is opened"), 1);
     });
   }
 }

@@ -17,6 +17,10 @@
 
 #include <gtest/gtest.h>
 
+#include "support/engine_downloads.h"
+#include "support/private_x_server.h"
+
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -87,17 +91,6 @@ private:
 
     QTcpServer m_server;
 };
-
-// Files the engine keeps while Chromium downloads.
-QStringList engineDownloadFiles()
-{
-    QStringList files;
-    const QDir temp = QDir::temp();
-    for (const QString& folder : temp.entryList({QStringLiteral("brovia-downloads-*")}, QDir::Dirs))
-        for (const QString& file : QDir(temp.filePath(folder)).entryList(QDir::Files | QDir::Hidden))
-            files << file;
-    return files;
-}
 } // namespace
 
 TEST(Downloads, ALinkDownloadsToTheChosenFileAndACancelledOneLeavesNothing)
@@ -126,7 +119,7 @@ TEST(Downloads, ALinkDownloadsToTheChosenFileAndACancelledOneLeavesNothing)
     QFile saved(chosen);
     ASSERT_TRUE(saved.open(QIODevice::ReadOnly));
     EXPECT_EQ(saved.readAll(), kReport);
-    EXPECT_TRUE(waitUntil([&] { return engineDownloadFiles().isEmpty(); }, 5000));
+    EXPECT_TRUE(waitUntil([&] { return brovia_test::engineDownloadFiles().isEmpty(); }, 5000));
 
     // The page stays where it was.
     EXPECT_EQ(view->runJavaScriptSync(QStringLiteral("location.pathname"), std::chrono::milliseconds(5000)).toString(),
@@ -139,7 +132,7 @@ TEST(Downloads, ALinkDownloadsToTheChosenFileAndACancelledOneLeavesNothing)
         auto* files = qobject_cast<QFileDialog*>(dialog);
         ASSERT_NE(files, nullptr);
         // Chromium goes on downloading while the user decides.
-        begun = waitUntil([] { return !engineDownloadFiles().isEmpty(); }, 5000);
+        begun = waitUntil([] { return !brovia_test::engineDownloadFiles().isEmpty(); }, 5000);
         files->reject();
         rejected = true;
     });
@@ -147,46 +140,12 @@ TEST(Downloads, ALinkDownloadsToTheChosenFileAndACancelledOneLeavesNothing)
     ASSERT_TRUE(waitUntil([&] { return rejected; }));
     EXPECT_TRUE(begun);
     waitUntil([] { return false; }, 1000);
-    EXPECT_TRUE(waitUntil([&] { return engineDownloadFiles().isEmpty(); }, 10000));
+    EXPECT_TRUE(waitUntil([&] { return brovia_test::engineDownloadFiles().isEmpty(); }, 10000));
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{QStringLiteral("saved report.txt")});
 }
 
 namespace
 {
-// A private X server on a free display, for a child that needs a window system.
-class PrivateXServer
-{
-public:
-    PrivateXServer()
-    {
-        for (int number = 90; number < 140 && m_display.isEmpty(); ++number)
-        {
-            if (QFile::exists(QStringLiteral("/tmp/.X%1-lock").arg(number)) ||
-                QFile::exists(QStringLiteral("/tmp/.X11-unix/X%1").arg(number)))
-                continue;
-            m_process.start(QStringLiteral("Xvfb"), {QStringLiteral(":%1").arg(number), QStringLiteral("-screen"),
-                                                     QStringLiteral("0"), QStringLiteral("1024x768x24"),
-                                                     QStringLiteral("-nolisten"), QStringLiteral("tcp")});
-            if (!m_process.waitForStarted(5000))
-                return;
-            const QString socket = QStringLiteral("/tmp/.X11-unix/X%1").arg(number);
-            if (waitUntil([&] { return QFile::exists(socket) || m_process.state() != QProcess::Running; }, 5000) &&
-                m_process.state() == QProcess::Running)
-                m_display = QStringLiteral(":%1").arg(number);
-        }
-    }
-    ~PrivateXServer()
-    {
-        m_process.terminate();
-        m_process.waitForFinished(5000);
-    }
-    const QString& display() const { return m_display; }
-
-private:
-    QProcess m_process;
-    QString m_display;
-};
-
 // Runs in a child on the X server: exits 0 if the page's drag became a QDrag carrying the page's
 // text, and the cancelled drag ended in the page.
 void dragOutOfThePage()
@@ -226,22 +185,83 @@ void dragOutOfThePage()
     fprintf(stderr, "carried '%s', page drag ended: %d\n", qPrintable(carried), ended);
     std::exit(carried == QStringLiteral("dragged words") && ended ? 0 : 1);
 }
-} // namespace
-
-TEST(Drags, ADragFromThePageRunsAsAQDragAndEndsInThePage)
+// Runs in a child on the X server: exits 0 if a drag dropped on another element of the same page
+// brought that element the dragged text, and the drag ended in the page as a move.
+void dropInsideThePage()
 {
-    // The child that runs the scenario re-executes this test: it finds the server running, and
-    // must not start one of its own, which would outlive it.
-    std::unique_ptr<PrivateXServer> server;
+    startEngine();
+    auto view = makeView(300, 200);
+    QSignalSpy titles(view.get(), &IQCefViewImpl::titleChanged);
+    if (!loadAndWait(view.get(),
+                     htmlPage(QStringLiteral(
+                         "<div id='source' draggable='true' style='position:absolute;left:10px;top:10px;"
+                         "width:100px;height:40px;background:#f80'"
+                         " ondragstart=\"event.dataTransfer.setData('text/plain', 'moved words');"
+                         "event.dataTransfer.effectAllowed = 'move'\""
+                         " ondragend=\"document.title += ', ended ' + event.dataTransfer.dropEffect\"></div>"
+                         "<div id='target' style='position:absolute;left:150px;top:100px;width:120px;height:80px;"
+                         "background:#08f' ondragover='event.preventDefault()'"
+                         " ondrop=\"event.preventDefault();"
+                         "document.title = 'dropped ' + event.dataTransfer.getData('text/plain')\"></div>"))))
+        std::exit(2);
+
+    // Inside the drag's own event loop: the pointer travels to the target and lets go there. The
+    // drag reads the pointer from the events it filters, whichever object they are sent to.
+    QWidget* widget = view.get();
+    QTimer steps;
+    int step = 0;
+    bool dragged = false;
+    QObject::connect(&steps, &QTimer::timeout, [&] {
+        if (!view->findChild<QDrag*>())
+            return;
+        dragged = true;
+        const QPoint at = QPoint(60, 40) + (QPoint(210, 140) - QPoint(60, 40)) * std::min(step, 10) / 10;
+        ++step;
+        if (step <= 14)
+        {
+            QMouseEvent move(QEvent::MouseMove, at, widget->mapToGlobal(at), Qt::NoButton, Qt::LeftButton,
+                             Qt::NoModifier);
+            QCoreApplication::sendEvent(widget, &move);
+            return;
+        }
+        QMouseEvent release(QEvent::MouseButtonRelease, at, widget->mapToGlobal(at), Qt::LeftButton, Qt::NoButton,
+                            Qt::NoModifier);
+        QCoreApplication::sendEvent(widget, &release);
+        steps.stop();
+    });
+    steps.start(100);
+    QTest::mousePress(widget, Qt::LeftButton, Qt::NoModifier, QPoint(30, 30));
+    for (int move = 1; move <= 10 && !dragged; ++move)
+    {
+        const QPoint at(30 + move * 3, 30 + move);
+        QMouseEvent event(QEvent::MouseMove, at, widget->mapToGlobal(at), Qt::NoButton, Qt::LeftButton,
+                          Qt::NoModifier);
+        QCoreApplication::sendEvent(widget, &event);
+        waitUntil([] { return false; }, 30);
+    }
+    const QString expected = QStringLiteral("dropped moved words, ended move");
+    const bool dropped =
+        waitUntil([&] { return !titles.isEmpty() && titles.last().at(0).toString() == expected; });
+    fprintf(stderr, "dragged %d, last title '%s'\n", dragged,
+            titles.isEmpty() ? "" : qPrintable(titles.last().at(0).toString()));
+    std::exit(dragged && dropped ? 0 : 1);
+}
+
+// Runs |scenario| in a child that uses a private X server of its own, as QDrag needs one.
+void runOnPrivateXServer(void (*scenario)())
+{
+    // The child re-executes the test: it finds the server running and must not start one of its
+    // own, which would outlive it.
+    std::unique_ptr<brovia_test::PrivateXServer> server;
     const QByteArray display = qgetenv("DISPLAY");
     if (!qEnvironmentVariableIsSet("BROVIA_TEST_QPA"))
     {
-        server = std::make_unique<PrivateXServer>();
+        server = std::make_unique<brovia_test::PrivateXServer>();
         ASSERT_FALSE(server->display().isEmpty()) << "Xvfb did not start";
         qputenv("BROVIA_TEST_QPA", "xcb");
         qputenv("DISPLAY", server->display().toLatin1());
     }
-    EXPECT_EXIT(dragOutOfThePage(), ::testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(scenario(), ::testing::ExitedWithCode(0), "");
     if (!server)
         return;
     qunsetenv("BROVIA_TEST_QPA");
@@ -249,4 +269,15 @@ TEST(Drags, ADragFromThePageRunsAsAQDragAndEndsInThePage)
         qunsetenv("DISPLAY");
     else
         qputenv("DISPLAY", display);
+}
+} // namespace
+
+TEST(Drags, ADragFromThePageRunsAsAQDragAndEndsInThePage)
+{
+    runOnPrivateXServer(dragOutOfThePage);
+}
+
+TEST(Drags, ADragDroppedOnTheSamePageBringsItsData)
+{
+    runOnPrivateXServer(dropInsideThePage);
 }

@@ -1,7 +1,12 @@
 #include "view_harness.h"
+#include "view_access.h"
+
+#include "handlers/context_menu_handler.h"
 
 #include <QFile>
+#include <QMenu>
 #include <QProcess>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -17,16 +22,38 @@ QString windowNames()
     list.waitForFinished(5000);
     return QString::fromLocal8Bit(list.readAllStandardOutput());
 }
+
+// Points DISPLAY at a private X server for the scope, where the inspector's window can open.
+class InspectorDisplay
+{
+public:
+    InspectorDisplay() : m_display(qgetenv("DISPLAY")), m_hadDisplay(qEnvironmentVariableIsSet("DISPLAY"))
+    {
+        if (!m_server.display().isEmpty())
+            qputenv("DISPLAY", m_server.display().toLatin1());
+    }
+    ~InspectorDisplay()
+    {
+        if (m_hadDisplay)
+            qputenv("DISPLAY", m_display);
+        else
+            qunsetenv("DISPLAY");
+    }
+    bool running() const { return !m_server.display().isEmpty(); }
+
+private:
+    brovia_test::PrivateXServer m_server;
+    QByteArray m_display;
+    bool m_hadDisplay;
+};
 } // namespace
 
 TEST(Inspector, APageOpensAndClosesTheInspectorWindow)
 {
     if (!QFile::exists(QStringLiteral("/usr/lib/chromium/chromium")))
         GTEST_SKIP() << "no full Chromium";
-    brovia_test::PrivateXServer server;
-    ASSERT_FALSE(server.display().isEmpty()) << "Xvfb did not start";
-    const QByteArray display = qgetenv("DISPLAY");
-    qputenv("DISPLAY", server.display().toLatin1());
+    InspectorDisplay display;
+    ASSERT_TRUE(display.running()) << "Xvfb did not start";
     startEngine();
     auto view = makeView(300, 200);
     ASSERT_TRUE(loadAndWait(view.get(), htmlPage(QStringLiteral("<title>inspected</title><p>page</p>"))));
@@ -37,5 +64,50 @@ TEST(Inspector, APageOpensAndClosesTheInspectorWindow)
         << windowNames().toStdString();
     view->runJavaScript(QStringLiteral("cefclient('closeDevTools')"), [](const QVariant&) {});
     EXPECT_TRUE(waitUntil([] { return !windowNames().contains(QLatin1String("DevTools")); }, 20000));
-    qputenv("DISPLAY", display);
+}
+
+TEST(Inspector, TheContextMenusInspectItemOpensItAndTheViewKeepsItsOwnBrowser)
+{
+    if (!QFile::exists(QStringLiteral("/usr/lib/chromium/chromium")))
+        GTEST_SKIP() << "no full Chromium";
+    InspectorDisplay display;
+    ASSERT_TRUE(display.running()) << "Xvfb did not start";
+    startEngine();
+    auto view = makeView(300, 200);
+    ASSERT_TRUE(loadAndWait(view.get(), htmlPage(QStringLiteral("<title>by menu</title><p>page</p>"))));
+    view->setContextMenuEnabled(true);
+    view->setInspectEnabled(true);
+    BrowserClient* client = QCefViewImplTestAccess::client(static_cast<QCefViewImpl*>(view.get()));
+    ASSERT_NE(client, nullptr);
+    const CefRefPtr<CefBrowser> main = client->GetBrowser();
+    ASSERT_TRUE(main);
+
+    QTest::mouseClick(view.get(), Qt::RightButton, Qt::NoModifier, QPoint(150, 150));
+    QMenu* menu = nullptr;
+    ASSERT_TRUE(waitUntil([&] { return (menu = view->findChild<QMenu*>()) != nullptr; }));
+    QAction* inspect = nullptr;
+    for (QAction* action : menu->actions())
+        if (action->data().toInt() == ContextMenuHandler::kInspectCommandId)
+            inspect = action;
+    ASSERT_NE(inspect, nullptr);
+    inspect->trigger();
+    menu->hide();
+    EXPECT_TRUE(waitUntil([] { return windowNames().contains(QLatin1String("\"DevTools - data:")); }, 20000))
+        << windowNames().toStdString();
+    EXPECT_TRUE(main->GetHost()->HasDevTools());
+
+    // The inspector came to the view's handlers as a popup: its own browser stays the one it uses.
+    CefRefPtr<CefBrowser> held = client->GetBrowser();
+    ASSERT_TRUE(held);
+    EXPECT_TRUE(held->IsSame(main));
+    EXPECT_FALSE(held->IsPopup());
+    EXPECT_EQ(client->GetBrowserId(), main->GetIdentifier());
+    EXPECT_EQ(view->runJavaScriptSync(QStringLiteral("document.title"), std::chrono::milliseconds(5000)).toString(),
+              QStringLiteral("by menu"));
+
+    // The view going takes the inspector along.
+    held = nullptr;
+    view.reset();
+    EXPECT_TRUE(waitUntil([] { return !windowNames().contains(QLatin1String("DevTools")); }, 20000));
+    EXPECT_TRUE(waitUntil([&] { return !main->IsValid(); }));
 }

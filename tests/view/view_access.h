@@ -14,6 +14,9 @@ public:
     }
 
     // Null before the first load.
+    static BrowserClient* client(QCefViewImpl* view) { return view->m_client.get(); }
+
+    // Null before the first load.
     static RenderHandler* renderHandler(QCefViewImpl* view)
     {
         return view->m_client ? view->m_client->renderHandler().get() : nullptr;

@@ -29,6 +29,7 @@
 #include "libcef/browser/request_context_impl.h"
 #include "libcef/browser/script_dialogs.h"
 #include "libcef/browser/ui_task.h"
+#include "libcef/browser/devtools_browser.h"
 #include "libcef/browser/devtools_window.h"
 #include "libcef/devtools/devtools_session.h"
 #include "libcef/page_scripts.h"
@@ -1041,7 +1042,7 @@ void BrowserImpl::ReleaseAfterShutdown() {
     drag_data_ = nullptr;
     devtools_.reset();
   }
-  CloseInspector();
+  CloseInspector(false);
   page_events_->Clear();
   script_dialogs_->Release();
   file_dialogs_->Release();
@@ -1564,24 +1565,30 @@ void BrowserImpl::ShowDevTools(const CefWindowInfo& windowInfo,
                                const CefBrowserSettings& settings,
                                const CefPoint& inspect_element_at) {
   CefRefPtr<BrowserImpl> self(this);
-  RunOnUiThread([self] {
-    if (self->devtools_window_ || self->closing_ || self->target_id_.isEmpty()) {
+  RunOnUiThread([self, client] {
+    if (self->devtools_browser_ || self->closing_ || self->target_id_.isEmpty()) {
       return;
     }
     std::string why;
     if (!DevToolsWindow::DisplayReachable(&why)) {
-      LOG(WARNING) << "CefBrowserHost::ShowDevTools: " << why
-                   << "; no inspector window is opened";
+      // Once a process: a host may ask on every click.
+      static bool told = false;
+      LOG_IF(WARNING, !told) << "CefBrowserHost::ShowDevTools: " << why
+                             << "; no inspector window is opened";
+      told = true;
       return;
     }
-    BrowserImpl* raw = self.get();
-    self->devtools_window_ =
-        DevToolsWindow::Open(self->chromium_->session(), self->target_id_,
-                             [raw] {
-                               raw->devtools_window_.reset();
-                               raw->has_devtools_ = false;
-                             });
-    self->has_devtools_ = self->devtools_window_ != nullptr;
+    // The inspector holds its browser until it closes, and never longer.
+    self->devtools_browser_ = DevToolsBrowser::Open(
+        self->chromium_->session(), self->target_id_,
+        client ? client : self->client(), [self] {
+          self->devtools_browser_ = nullptr;
+          self->has_devtools_ = false;
+        });
+    self->has_devtools_ = self->devtools_browser_ != nullptr;
+    if (CefRefPtr<DevToolsBrowser> inspector = self->devtools_browser_) {
+      inspector->NotifyCreated();
+    }
   });
 }
 
@@ -1591,11 +1598,12 @@ void BrowserImpl::CloseDevTools() {
 }
 
 // Engine UI thread.
-void BrowserImpl::CloseInspector() {
-  std::shared_ptr<DevToolsWindow> window = std::move(devtools_window_);
+void BrowserImpl::CloseInspector(bool tell_client) {
+  CefRefPtr<DevToolsBrowser> inspector;
+  inspector.swap(devtools_browser_);
   has_devtools_ = false;
-  if (window) {
-    window->Close();
+  if (inspector) {
+    inspector->Close(tell_client);
   }
 }
 
@@ -2003,6 +2011,7 @@ void BrowserImpl::DragTargetDragEnter(CefRefPtr<CefDragData> drag_data,
   {
     std::lock_guard<std::mutex> lock(mutex_);
     drag_data_ = drag_data;
+    drag_allowed_ops_ = allowed_ops;
   }
   SendPageCommand(
       QStringLiteral("Input.dispatchDragEvent"),
@@ -2015,6 +2024,7 @@ void BrowserImpl::DragTargetDragOver(const CefMouseEvent& event,
   {
     std::lock_guard<std::mutex> lock(mutex_);
     data = drag_data_;
+    drag_allowed_ops_ = allowed_ops;
   }
   SendPageCommand(
       QStringLiteral("Input.dispatchDragEvent"),
@@ -2034,15 +2044,17 @@ void BrowserImpl::DragTargetDragLeave() {
 
 void BrowserImpl::DragTargetDrop(const CefMouseEvent& event) {
   CefRefPtr<CefDragData> data;
+  DragOperationsMask allowed = DRAG_OPERATION_EVERY;
   {
     std::lock_guard<std::mutex> lock(mutex_);
     data.swap(drag_data_);
+    std::swap(allowed, drag_allowed_ops_);
   }
   CefRefPtr<BrowserImpl> self(this);
   RunOnUiThread([self] { self->drag_source_->DroppedInPage(); });
   SendPageCommand(
       QStringLiteral("Input.dispatchDragEvent"),
-      ToPagePoint(InputTranslator::DragEvent("drop", event, DRAG_OPERATION_EVERY, data)));
+      ToPagePoint(InputTranslator::DragEvent("drop", event, allowed, data)));
 }
 
 void BrowserImpl::DragSourceEndedAt(int x, int y, DragOperationsMask op) {

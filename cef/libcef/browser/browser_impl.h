@@ -29,8 +29,8 @@ namespace cefengine {
 class CaretReporter;
 class ChromiumInstance;
 class ContextMenus;
+class DevToolsBrowser;
 class DevToolsSession;
-class DevToolsWindow;
 class DragSource;
 class EngineWorld;
 class FileDialogs;
@@ -395,8 +395,9 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   // The page's target went away by itself (window.close(), closed outside).
   void OnTargetGone();
   void Destroy(bool close_target);
-  // Closes the inspector window if one is open. Engine UI thread.
-  void CloseInspector();
+  // Closes the inspector if one is open, telling its client unless the
+  // engine threads ended. Engine UI thread.
+  void CloseInspector(bool tell_client = true);
   void NavigateHistory(int offset);
   void SetFocusOnUiThread(bool focus);
 
@@ -450,7 +451,7 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   QString event_session_;
   std::unique_ptr<NavigationPolicy> navigation_policy_;
   std::unique_ptr<RenderSide> render_side_;
-  std::shared_ptr<DevToolsWindow> devtools_window_;
+  CefRefPtr<DevToolsBrowser> devtools_browser_;
   bool after_created_ = false;
   bool closing_ = false;
   // DoClose answered true: the next close request finishes the job.
@@ -461,7 +462,7 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   int unload_request_ = 0;
   bool target_gone_ = false;
 
-  // Whether |devtools_window_| is there, for any thread.
+  // Whether |devtools_browser_| is there, for any thread.
   std::atomic<bool> has_devtools_{false};
 
   mutable std::mutex mutex_;
@@ -499,6 +500,8 @@ class BrowserImpl : public CefBrowser, public CefBrowserHost {
   QString composition_;
   std::map<int, QJsonObject> touch_points_;
   CefRefPtr<CefDragData> drag_data_;
+  // What the drag over the page last allowed: the drop may take no more.
+  DragOperationsMask drag_allowed_ops_ = DRAG_OPERATION_EVERY;
   CefPoint last_mouse_point_;
 
   IMPLEMENT_REFCOUNTING(BrowserImpl);
