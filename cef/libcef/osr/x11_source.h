@@ -81,7 +81,6 @@ class X11Source {
   bool popup_open() const { return popup_open_; }
 
  private:
-  friend class X11Capture;
   void OnPopup(bool show, const CefRect& rect);
   void Lost(const std::string& why);
 
