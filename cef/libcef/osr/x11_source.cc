@@ -82,13 +82,16 @@ void X11Source::NoteInput() {
   capture_->NoteInput();
 }
 
+bool X11Source::InPopup(int x, int y) const {
+  return x >= popup_rect_.x && y >= popup_rect_.y &&
+         x < popup_rect_.x + popup_rect_.width &&
+         y < popup_rect_.y + popup_rect_.height;
+}
+
 X11Source::Route X11Source::RouteMouse(int x, int y, int button, bool up) {
   if (!popup_open_)
     return Route::kPage;
-  const bool inside = x >= popup_rect_.x && y >= popup_rect_.y &&
-                      x < popup_rect_.x + popup_rect_.width &&
-                      y < popup_rect_.y + popup_rect_.height;
-  if (!inside)
+  if (!InPopup(x, y))
     return button > 0 && !up ? Route::kClosePopupFirst : Route::kPage;
   std::shared_ptr<X11Capture> capture = capture_;
   server_->Post([capture, x, y, button, up] {
@@ -100,10 +103,7 @@ X11Source::Route X11Source::RouteMouse(int x, int y, int button, bool up) {
 X11Source::Route X11Source::RouteWheel(int x, int y, int deltaX, int deltaY) {
   if (!popup_open_)
     return Route::kPage;
-  const bool inside = x >= popup_rect_.x && y >= popup_rect_.y &&
-                      x < popup_rect_.x + popup_rect_.width &&
-                      y < popup_rect_.y + popup_rect_.height;
-  if (!inside)
+  if (!InPopup(x, y))
     return Route::kPage;
   std::shared_ptr<X11Capture> capture = capture_;
   server_->Post([capture, x, y, deltaX, deltaY] {

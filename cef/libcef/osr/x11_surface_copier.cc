@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "libcef/osr/dirty_rects.h"
 #include "libcef/osr/x_server.h"
 
 #include <X11/Xutil.h>
@@ -18,21 +19,6 @@ namespace cefengine {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-// More rectangles than this become their bounding box.
-constexpr size_t kMaxRects = 8;
-
-CefRect Bounds(const std::vector<CefRect>& rects) {
-  int left = rects[0].x, top = rects[0].y;
-  int right = rects[0].x + rects[0].width, bottom = rects[0].y + rects[0].height;
-  for (const CefRect& r : rects) {
-    left = std::min(left, r.x);
-    top = std::min(top, r.y);
-    right = std::max(right, r.x + r.width);
-    bottom = std::max(bottom, r.y + r.height);
-  }
-  return CefRect(left, top, right - left, bottom - top);
-}
 
 }  // namespace
 
@@ -287,8 +273,8 @@ std::vector<CefRect> SurfaceCopier::Capture(Surface* surface) {
   }
   surface->dirty = false;
   const CefRect whole(0, 0, surface->width, surface->height);
-  if (surface->full || damaged.size() > kMaxRects) {
-    damaged.assign(1, surface->full ? whole : Bounds(damaged));
+  if (surface->full || damaged.size() > DirtyRects::kMaxRects) {
+    damaged.assign(1, surface->full ? whole : DirtyRects::BoundingBox(damaged));
   }
   for (const CefRect& forced : surface->forced)
     damaged.push_back(forced);
@@ -315,8 +301,8 @@ std::vector<CefRect> SurfaceCopier::Capture(Surface* surface) {
                       ++surface->trusted_copies % 16 != 0;
   if (streak && area * 2 >= window_area && BigCopy(surface, damaged)) {
     out = surface->full ? std::vector<CefRect>{whole} : damaged;
-    if (out.size() > kMaxRects)
-      out.assign(1, Bounds(out));
+    if (out.size() > DirtyRects::kMaxRects)
+      out.assign(1, DirtyRects::BoundingBox(out));
     surface->full = false;
     surface->forced.clear();
     return out;
@@ -339,8 +325,8 @@ std::vector<CefRect> SurfaceCopier::Capture(Surface* surface) {
   } else {
     for (const CefRect& forced : surface->forced)
       out.push_back(forced);
-    if (out.size() > kMaxRects)
-      out.assign(1, Bounds(out));
+    if (out.size() > DirtyRects::kMaxRects)
+      out.assign(1, DirtyRects::BoundingBox(out));
   }
   surface->full = false;
   surface->forced.clear();
