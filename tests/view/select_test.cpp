@@ -1,6 +1,6 @@
 #include "view_harness.h"
 
-#include "libcef/osr/x_server.h"
+#include "libcef/osr/frame_source_choice.h"
 
 #include <QTest>
 

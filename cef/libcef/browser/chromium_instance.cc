@@ -21,6 +21,7 @@
 #include "libcef/browser/profile_start_lock.h"
 #include "libcef/browser/ui_task.h"
 #include "libcef/context.h"
+#include "libcef/osr/frame_source_choice.h"
 #include "libcef/osr/x_server.h"
 
 namespace cefengine {

@@ -14,7 +14,9 @@ struct Run {
   size_t rect;
 };
 
-CefRect BoundingBox(const std::vector<CefRect>& rects) {
+}  // namespace
+
+CefRect DirtyRects::BoundingBox(const std::vector<CefRect>& rects) {
   int left = rects.front().x, top = rects.front().y;
   int right = left + rects.front().width, bottom = top + rects.front().height;
   for (const CefRect& r : rects) {
@@ -25,8 +27,6 @@ CefRect BoundingBox(const std::vector<CefRect>& rects) {
   }
   return CefRect(left, top, right - left, bottom - top);
 }
-
-}  // namespace
 
 std::vector<CefRect> DirtyRects::Compute(const QImage& previous,
                                          const QImage& current) {

@@ -25,6 +25,9 @@ class DirtyRects {
   static std::vector<CefRect> Compute(const QImage& previous,
                                       const QImage& current);
 
+  // The smallest rectangle holding all of |rects|, which is not empty.
+  static CefRect BoundingBox(const std::vector<CefRect>& rects);
+
   static CefRect Whole(const QImage& frame) {
     return CefRect(0, 0, frame.width(), frame.height());
   }

@@ -81,7 +81,7 @@ class X11Source {
   bool popup_open() const { return popup_open_; }
 
  private:
-  friend class X11Capture;
+  bool InPopup(int x, int y) const;
   void OnPopup(bool show, const CefRect& rect);
   void Lost(const std::string& why);
 
