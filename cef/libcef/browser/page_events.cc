@@ -15,10 +15,14 @@
 #include "libcef/browser/drag_source.h"
 #include "libcef/browser/file_dialogs.h"
 #include "libcef/browser/frame_impl.h"
+#include "libcef/browser/frame_tree.h"
 #include "libcef/browser/navigation_entry_impl.h"
+#include "libcef/browser/navigation_policy.h"
 #include "libcef/browser/net_error.h"
+#include "libcef/browser/page_navigation.h"
 #include "libcef/browser/pointer_feedback.h"
 #include "libcef/browser/printing.h"
+#include "libcef/browser/render_observer.h"
 #include "libcef/browser/script_dialogs.h"
 #include "libcef/browser/ui_task.h"
 #include "libcef/page_scripts.h"
@@ -324,7 +328,7 @@ void PageEvents::RefreshHistory(std::function<void()> then, int attempt) {
               }
             }
           }
-          browser_->SetHistory(entries, current);
+          browser_->navigation()->SetHistory(entries, current);
           if (then) {
             then();
           }
@@ -333,7 +337,7 @@ void PageEvents::RefreshHistory(std::function<void()> then, int attempt) {
 
 void PageEvents::Handle(const QString& method, const QJsonObject& params) {
   if (method == QLatin1String("Page.frameAttached")) {
-    browser_->AddFrame(Str(params, "frameId"), Str(params, "parentFrameId"));
+    browser_->frames()->Add(Str(params, "frameId"), Str(params, "parentFrameId"));
   } else if (method == QLatin1String("Page.frameDetached")) {
     // A frame moving to another process stays the same frame.
     if (Str(params, "reason") != QLatin1String("swap")) {
@@ -350,11 +354,11 @@ void PageEvents::Handle(const QString& method, const QJsonObject& params) {
   } else if (method == QLatin1String("Page.navigatedWithinDocument")) {
     OnSameDocumentNavigation(params);
   } else if (method == QLatin1String("Page.javascriptDialogOpening")) {
-    browser_->script_dialogs_->OnOpening(params);
+    browser_->script_dialogs()->OnOpening(params);
   } else if (method == QLatin1String("Page.javascriptDialogClosed")) {
-    browser_->script_dialogs_->OnClosed(params);
+    browser_->script_dialogs()->OnClosed(params);
   } else if (method == QLatin1String("Page.fileChooserOpened")) {
-    browser_->file_dialogs_->OnChooserOpened(params);
+    browser_->file_dialogs()->OnChooserOpened(params);
   } else if (method == QLatin1String("Page.windowOpen")) {
     window_opens_.push_back(params);
   } else if (method == QLatin1String("Network.requestWillBeSent")) {
@@ -442,16 +446,16 @@ void PageEvents::OnFrameNavigated(const QJsonObject& params) {
   const bool error_page = !unreachable.isEmpty();
   const QString url =
       error_page ? unreachable : Str(frame, "url") + Str(frame, "urlFragment");
-  CefRefPtr<FrameImpl> target = browser_->FindFrame(id);
+  CefRefPtr<FrameImpl> target = browser_->frames()->Find(id);
   if (!target) {
-    target = browser_->AddFrame(id, parent_id);
+    target = browser_->frames()->Add(id, parent_id);
   }
   target->SetCommitted(url.toStdString(), Str(frame, "name").toStdString());
   commits_[id] = Commit{Str(frame, "loaderId"), error_page, false};
   const bool main = parent_id.isEmpty();
-  browser_->file_dialogs_->OnFrameNavigated(id, main);
+  browser_->file_dialogs()->OnFrameNavigated(id, main);
   if (main) {
-    browser_->script_dialogs_->OnPageLeft();
+    browser_->script_dialogs()->OnPageLeft();
   }
   if (error_page) {
     // The failure itself is told by OnLoadError; CEF reports no start, end
@@ -486,15 +490,15 @@ void PageEvents::OnFrameNavigated(const QJsonObject& params) {
           client ? client->GetDisplayHandler() : nullptr) {
     display->OnAddressChange(browser_, target.get(), Cef(url));
   }
-  if (browser_->render_observer_) {
-    browser_->render_observer_->OnMainFrameNavigated(browser_);
+  if (RenderObserver* observer = browser_->render_observer()) {
+    observer->OnMainFrameNavigated(browser_);
   }
   // For CanGoBack() and the like until the load ends.
   RefreshHistory({});
 }
 
 void PageEvents::OnFrameRequestedNavigation(const QJsonObject& params) {
-  CefRefPtr<FrameImpl> frame = browser_->FindFrame(Str(params, "frameId"));
+  CefRefPtr<FrameImpl> frame = browser_->frames()->Find(Str(params, "frameId"));
   if (!frame || !frame->IsMain()) {
     return;
   }
@@ -511,7 +515,7 @@ void PageEvents::OnFrameRequestedNavigation(const QJsonObject& params) {
 }
 
 void PageEvents::OnSameDocumentNavigation(const QJsonObject& params) {
-  CefRefPtr<FrameImpl> frame = browser_->FindFrame(Str(params, "frameId"));
+  CefRefPtr<FrameImpl> frame = browser_->frames()->Find(Str(params, "frameId"));
   if (!frame) {
     return;
   }
@@ -546,9 +550,9 @@ void PageEvents::OnFrameStoppedLoading(const QString& frame_id) {
       status = known->second;
       status_by_loader_.erase(known);
     }
-    CefRefPtr<FrameImpl> frame = browser_->FindFrame(frame_id);
+    CefRefPtr<FrameImpl> frame = browser_->frames()->Find(frame_id);
     if (frame && frame->IsMain()) {
-      browser_->SetDocumentStatus(status);
+      browser_->navigation()->SetDocumentStatus(status);
     }
     CefRefPtr<CefClient> client = browser_->client();
     CefRefPtr<CefLoadHandler> load = client ? client->GetLoadHandler() : nullptr;
@@ -571,7 +575,7 @@ void PageEvents::OnFrameStoppedLoading(const QString& frame_id) {
 }
 
 void PageEvents::OnFrameDetached(const QString& frame_id) {
-  browser_->RemoveFrame(frame_id);
+  browser_->frames()->Remove(frame_id);
   commits_.erase(frame_id);
   contexts_.erase(frame_id);
   loading_frames_.erase(frame_id);
@@ -582,10 +586,10 @@ void PageEvents::OnFrameDetached(const QString& frame_id) {
 
 void PageEvents::UpdateLoading(bool loading) {
   loading_ = loading;
-  browser_->SetLoadState(loading);
+  browser_->navigation()->SetLoadState(loading);
   bool can_go_back = false;
   bool can_go_forward = false;
-  browser_->HistoryState(&can_go_back, &can_go_forward);
+  browser_->navigation()->HistoryState(&can_go_back, &can_go_forward);
   CefRefPtr<CefClient> client = browser_->client();
   if (CefRefPtr<CefLoadHandler> load =
           client ? client->GetLoadHandler() : nullptr) {
@@ -635,7 +639,7 @@ void PageEvents::ReportLoadError(const QString& frame_id,
   if (!loader_id.isEmpty() && !reported_loaders_.insert(loader_id).second) {
     return;
   }
-  CefRefPtr<FrameImpl> frame = browser_->FindFrame(
+  CefRefPtr<FrameImpl> frame = browser_->frames()->Find(
       frame_id.isEmpty() ? browser_->target_id() : frame_id);
   CefRefPtr<CefClient> client = browser_->client();
   CefRefPtr<CefLoadHandler> load = client ? client->GetLoadHandler() : nullptr;
@@ -643,8 +647,8 @@ void PageEvents::ReportLoadError(const QString& frame_id,
     return;
   }
   QString reported = error_text;
-  if (browser_->navigation_policy_) {
-    reported = browser_->navigation_policy_->OnLoadFailed(browser_, loader_id,
+  if (browser_->navigation_policy()) {
+    reported = browser_->navigation_policy()->OnLoadFailed(browser_, loader_id,
                                                           error_text);
     if (reported.isEmpty()) {
       return;
@@ -662,12 +666,12 @@ void PageEvents::ReportLoadError(const QString& frame_id,
 QString PageEvents::SourceOfContext(int context_id) const {
   for (const auto& [frame_id, context] : contexts_) {
     if (context.id == context_id && context.session_id == session_id_) {
-      if (CefRefPtr<FrameImpl> frame = browser_->FindFrame(frame_id)) {
+      if (CefRefPtr<FrameImpl> frame = browser_->frames()->Find(frame_id)) {
         return QString::fromStdString(frame->GetURL().ToString());
       }
     }
   }
-  CefRefPtr<FrameImpl> main = browser_->FindFrame(browser_->target_id());
+  CefRefPtr<FrameImpl> main = browser_->frames()->Find(browser_->target_id());
   return main ? QString::fromStdString(main->GetURL().ToString()) : QString();
 }
 
@@ -749,7 +753,7 @@ void PageEvents::OnTitle(const QString& page_title) {
   // An empty title shows the address, as Chromium does.
   QString title = page_title;
   if (title.isEmpty()) {
-    if (CefRefPtr<FrameImpl> main = browser_->FindFrame(browser_->target_id())) {
+    if (CefRefPtr<FrameImpl> main = browser_->frames()->Find(browser_->target_id())) {
       title = QString::fromStdString(main->GetURL().ToString());
     }
   }
@@ -769,8 +773,8 @@ void PageEvents::OnCrashed(const QJsonObject& params) {
     return;
   }
   crashed_ = true;
-  browser_->script_dialogs_->OnPageLeft();
-  browser_->file_dialogs_->OnFrameNavigated(QString(), true);
+  browser_->script_dialogs()->OnPageLeft();
+  browser_->file_dialogs()->OnFrameNavigated(QString(), true);
   QString status = Str(params, "status");
   if (status.isEmpty()) {
     status = QStringLiteral("crashed");
@@ -809,14 +813,14 @@ void PageEvents::OnPopupAttached(const QJsonObject& params) {
   const cef_window_open_disposition_t disposition =
       features.isPopup ? CEF_WOD_NEW_POPUP : CEF_WOD_NEW_FOREGROUND_TAB;
 
-  CefRefPtr<FrameImpl> frame = browser_->FindFrame(Str(info, "openerFrameId"));
+  CefRefPtr<FrameImpl> frame = browser_->frames()->Find(Str(info, "openerFrameId"));
   if (!frame) {
-    frame = browser_->FindFrame(browser_->target_id());
+    frame = browser_->frames()->Find(browser_->target_id());
   }
   BrowserImpl::CreateParams popup;
   popup.client = browser_->client();
-  popup.request_context = browser_->request_context_;
-  popup.settings = browser_->settings_;
+  popup.request_context = browser_->request_context();
+  popup.settings = browser_->settings();
   popup.is_popup = true;
   popup.popup_size = CefSize(features.widthSet ? features.width : 0,
                              features.heightSet ? features.height : 0);
@@ -833,7 +837,7 @@ void PageEvents::OnPopupAttached(const QJsonObject& params) {
         &no_javascript_access);
   }
   if (cancel || !popup.client || !browser_->IsValid()) {
-    browser_->chromium_->DiscardTarget(target_id, session_id);
+    browser_->chromium()->DiscardTarget(target_id, session_id);
     return;
   }
   BrowserImpl::CreatePopup(browser_, std::move(popup), target_id, session_id);
