@@ -2,6 +2,7 @@
 
 #include "include/base/cef_logging.h"
 #include "libcef/browser/browser_impl.h"
+#include "libcef/browser/page_connection.h"
 #include "libcef/browser/script_dialogs.h"
 #include "libcef/browser/ui_task.h"
 
@@ -60,7 +61,7 @@ void BrowserCloser::Close(bool force) {
 }
 
 bool BrowserCloser::AskUnload() {
-  if (!browser_->IsAttached()) {
+  if (!browser_->connection()->IsAttached()) {
     return false;
   }
   // A dialog holding the page would keep beforeunload from running.

@@ -208,10 +208,6 @@ void BrowserImpl::DropPage() {
   recovery_->DropPage();
 }
 
-bool BrowserImpl::IsAttached() const {
-  return connection_->IsAttached();
-}
-
 void BrowserImpl::OnUnloadAnswered(bool allowed) {
   closer_->OnUnloadAnswered(allowed);
 }
@@ -619,13 +615,11 @@ void BrowserImpl::DragTargetDrop(const CefMouseEvent& event) {
 }
 
 void BrowserImpl::DragSourceEndedAt(int x, int y, DragOperationsMask op) {
-  CefRefPtr<BrowserImpl> self(this);
-  RunOnUiThread([self, x, y, op] { self->drag_source_->EndedAt(x, y, op); });
+  input_->DragSourceEndedAt(x, y, op);
 }
 
 void BrowserImpl::DragSourceSystemDragEnded() {
-  CefRefPtr<BrowserImpl> self(this);
-  RunOnUiThread([self] { self->drag_source_->SystemDragEnded(); });
+  input_->DragSourceSystemDragEnded();
 }
 
 // --- The rest -------------------------------------------------------------

@@ -187,8 +187,6 @@ class BrowserImpl : public CefBrowser, public UnsupportedHostCalls {
   // Where the last mouse event was sent, in view coordinates. Any thread.
   CefPoint last_mouse_point() const;
 
-  // Whether the page is attached and takes commands. Any thread.
-  bool IsAttached() const;
   // Closes a page whose renderer cannot even be crashed, reports it killed,
   // and leaves the browser for Reload or LoadURL to give a new page.
   // Engine UI thread.
@@ -209,21 +207,16 @@ class BrowserImpl : public CefBrowser, public UnsupportedHostCalls {
                       int error_code,
                       const std::string& description);
 
-  // Page.navigate in |frame_id| (empty: the main frame). Any thread.
+  // PageNavigation::Navigate, ScriptRunner's Evaluate and
+  // ExecuteJavaScript, PageInput::RunEditCommand. Any thread.
   void Navigate(const QString& frame_id, const std::string& url);
-  // Runtime.evaluate in the main world of |frame_id|; |callback| runs on the
-  // engine UI thread. Any thread.
   void Evaluate(const QString& frame_id,
                 const QString& expression,
                 EvaluateCallback callback);
-  // Runs |code| without waiting; exceptions become console messages
-  // labelled with |script_url| and |start_line|. Any thread.
   void ExecuteJavaScript(const QString& frame_id,
                          const QString& code,
                          const QString& script_url,
                          int start_line);
-  // An editing command ("copy", "selectAll", ...) on the focused element.
-  // Any thread.
   void RunEditCommand(const char* command);
 
   // CefShutdown came with the browser open: lets go of the client and

@@ -107,27 +107,24 @@ void FrameTree::DropSubframes() {
   }
 }
 
-void FrameTree::Close() {
-  std::map<QString, CefRefPtr<FrameImpl>> frames;
-  CefRefPtr<FrameImpl> main_frame;
-  {
-    std::lock_guard<std::mutex> lock(mutex_);
-    closed_ = true;
-    frames.swap(frames_);
-    main_frame.swap(main_frame_);
-  }
-  for (auto& [id, frame] : frames) {
-    frame->Invalidate();
-  }
-}
-
-void FrameTree::Release() {
+std::map<QString, CefRefPtr<FrameImpl>> FrameTree::TakeAll() {
   std::map<QString, CefRefPtr<FrameImpl>> frames;
   CefRefPtr<FrameImpl> main_frame;
   std::lock_guard<std::mutex> lock(mutex_);
   closed_ = true;
   frames.swap(frames_);
   main_frame.swap(main_frame_);
+  return frames;
+}
+
+void FrameTree::Close() {
+  for (auto& [id, frame] : TakeAll()) {
+    frame->Invalidate();
+  }
+}
+
+void FrameTree::Release() {
+  TakeAll();
 }
 
 }  // namespace cefengine

@@ -49,6 +49,9 @@ class FrameTree {
   void Release();
 
  private:
+  // Closes the tree and hands over every frame, outside the lock.
+  std::map<QString, CefRefPtr<FrameImpl>> TakeAll();
+
   BrowserImpl* const browser_;
   mutable std::mutex mutex_;
   // Guarded by |mutex_|.

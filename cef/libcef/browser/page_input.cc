@@ -260,6 +260,18 @@ void PageInput::DragTargetDrop(const CefMouseEvent& event) {
                                              DRAG_OPERATION_EVERY, data)));
 }
 
+void PageInput::DragSourceEndedAt(int x,
+                                  int y,
+                                  cef_drag_operations_mask_t op) {
+  CefRefPtr<BrowserImpl> self(browser_);
+  RunOnUiThread([self, x, y, op] { self->drag_source()->EndedAt(x, y, op); });
+}
+
+void PageInput::DragSourceSystemDragEnded() {
+  CefRefPtr<BrowserImpl> self(browser_);
+  RunOnUiThread([self] { self->drag_source()->SystemDragEnded(); });
+}
+
 void PageInput::Release() {
   CefRefPtr<CefDragData> data;
   std::lock_guard<std::mutex> lock(mutex_);

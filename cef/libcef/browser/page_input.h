@@ -1,5 +1,6 @@
-// The client's input for a browser's page: keys, mouse, touch, the input
-// method's composition and drags over the view, as Input domain commands.
+// The client's input for a browser's page: focus, keys, mouse, touch, the
+// input method's composition and drags over the view, as Input domain
+// commands, and the end of drags the page started.
 // The state the protocol wants repeated (touch points held down, the
 // composition, the dragged data) is kept here.
 
@@ -60,6 +61,9 @@ class PageInput {
                           cef_drag_operations_mask_t allowed_ops);
   void DragTargetDragLeave();
   void DragTargetDrop(const CefMouseEvent& event);
+  // A drag the page started, out of the view, ended.
+  void DragSourceEndedAt(int x, int y, cef_drag_operations_mask_t op);
+  void DragSourceSystemDragEnded();
 
   // CefShutdown came with the browser open: lets go of the dragged data.
   void Release();
