@@ -34,7 +34,7 @@ void FrameSessions::OnAttached(const QJsonObject& params) {
   }
   root_frames_[session_id] = frame_id;
   sessions_[frame_id] = session_id;
-  browser_->chromium_->AddSession(session_id, browser_);
+  browser_->chromium()->AddSession(session_id, browser_);
   auto send = [&](const char* method, const QJsonObject& command) {
     session->sendCommand(QLatin1String(method), command, session_id, {});
   };
@@ -50,11 +50,11 @@ void FrameSessions::OnAttached(const QJsonObject& params) {
   send("Page.addScriptToEvaluateOnNewDocument",
        {{"source", Printing::PrintWrapperScript()}});
   send("Target.setAutoAttach", AutoAttachParams());
-  if (browser_->navigation_policy_) {
-    browser_->navigation_policy_->OnFrameSessionAttached(browser_, session_id);
+  if (NavigationPolicy* policy = browser_->navigation_policy()) {
+    policy->OnFrameSessionAttached(browser_, session_id);
   }
-  if (browser_->render_side_) {
-    browser_->render_side_->OnFrameSessionAttached(browser_, session_id);
+  if (RenderSide* render_side = browser_->render_side()) {
+    render_side->OnFrameSessionAttached(browser_, session_id);
   }
   send("Runtime.runIfWaitingForDebugger", {});
 }
@@ -68,7 +68,7 @@ bool FrameSessions::OnDetached(const QString& session_id) {
   for (auto it = sessions_.begin(); it != sessions_.end();) {
     it = it->second == session_id ? sessions_.erase(it) : std::next(it);
   }
-  browser_->chromium_->RemoveSession(session_id);
+  browser_->chromium()->RemoveSession(session_id);
   return true;
 }
 
@@ -96,7 +96,7 @@ QString FrameSessions::SessionFor(const QString& frame_id) const {
 
 void FrameSessions::Clear() {
   for (const auto& [session_id, frame_id] : root_frames_) {
-    browser_->chromium_->RemoveSession(session_id);
+    browser_->chromium()->RemoveSession(session_id);
   }
   root_frames_.clear();
   sessions_.clear();

@@ -10,15 +10,19 @@
 #include "include/cef_focus_handler.h"
 #include "libcef/browser/browser_impl.h"
 #include "libcef/browser/caret_reporter.h"
-#include "libcef/browser/chromium_instance.h"
 #include "libcef/browser/context_menus.h"
 #include "libcef/browser/drag_source.h"
 #include "libcef/browser/file_dialogs.h"
 #include "libcef/browser/frame_impl.h"
+#include "libcef/browser/frame_tree.h"
 #include "libcef/browser/navigation_entry_impl.h"
+#include "libcef/browser/navigation_policy.h"
 #include "libcef/browser/net_error.h"
+#include "libcef/browser/page_navigation.h"
 #include "libcef/browser/pointer_feedback.h"
 #include "libcef/browser/printing.h"
+#include "libcef/browser/protocol_fields.h"
+#include "libcef/browser/render_observer.h"
 #include "libcef/browser/script_dialogs.h"
 #include "libcef/browser/ui_task.h"
 #include "libcef/page_scripts.h"
@@ -26,18 +30,6 @@
 namespace cefengine {
 
 namespace {
-
-QString Str(const QJsonObject& object, const char* name) {
-  return object.value(QLatin1String(name)).toString();
-}
-
-QJsonObject Obj(const QJsonObject& object, const char* name) {
-  return object.value(QLatin1String(name)).toObject();
-}
-
-CefString Cef(const QString& text) {
-  return CefString(text.toStdString());
-}
 
 bool IsHttp(const QString& url) {
   return url.startsWith(QLatin1String("http:"), Qt::CaseInsensitive) ||
@@ -51,85 +43,6 @@ bool KnownScheme(const QString& url) {
       "blob",  "ws",    "wss",        "javascript", "filesystem",
       "chrome", "chrome-error", "devtools", "view-source"};
   return kSchemes.contains(url.section(':', 0, 0).toLower());
-}
-
-// How the console shows one argument.
-QString RemoteObjectText(const QJsonObject& object) {
-  const QString type = Str(object, "type");
-  if (type == QLatin1String("string")) {
-    return Str(object, "value");
-  }
-  if (type == QLatin1String("undefined")) {
-    return type;
-  }
-  if (object.contains(QLatin1String("unserializableValue"))) {
-    return Str(object, "unserializableValue");
-  }
-  if (object.contains(QLatin1String("description"))) {
-    return Str(object, "description");
-  }
-  const QJsonValue value = object.value(QLatin1String("value"));
-  if (value.isNull()) {
-    return QStringLiteral("null");
-  }
-  if (value.isBool()) {
-    return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
-  }
-  if (value.isDouble()) {
-    return QString::number(value.toDouble(), 'g', 17);
-  }
-  return type;
-}
-
-// console.log's arguments as one line, with the first one's %s, %d, %i,
-// %f, %o, %O and %c filled in.
-QString ConsoleText(const QJsonArray& args) {
-  QStringList parts;
-  int next = 0;
-  if (!args.isEmpty() && Str(args[0].toObject(), "type") == "string") {
-    const QString format = Str(args[0].toObject(), "value");
-    QString text;
-    next = 1;
-    for (int i = 0; i < format.size(); ++i) {
-      const QChar c = format[i];
-      if (c != '%' || i + 1 == format.size()) {
-        text += c;
-        continue;
-      }
-      const QChar conversion = format[i + 1];
-      if (conversion == '%') {
-        text += '%';
-        ++i;
-      } else if (QStringLiteral("sdifoOc").contains(conversion) &&
-                 next < args.size()) {
-        if (conversion != 'c') {
-          text += RemoteObjectText(args[next].toObject());
-        }
-        ++next;
-        ++i;
-      } else {
-        text += c;
-      }
-    }
-    parts << text;
-  }
-  for (; next < args.size(); ++next) {
-    parts << RemoteObjectText(args[next].toObject());
-  }
-  return parts.join(' ');
-}
-
-cef_log_severity_t ConsoleLevel(const QString& type) {
-  if (type == QLatin1String("debug") || type == QLatin1String("verbose")) {
-    return LOGSEVERITY_DEBUG;
-  }
-  if (type == QLatin1String("warning")) {
-    return LOGSEVERITY_WARNING;
-  }
-  if (type == QLatin1String("error") || type == QLatin1String("assert")) {
-    return LOGSEVERITY_ERROR;
-  }
-  return LOGSEVERITY_INFO;
 }
 
 cef_termination_status_t TerminationFromProtocol(const QString& status) {
@@ -151,39 +64,6 @@ cef_termination_status_t TerminationFromProtocol(const QString& status) {
   return TS_ABNORMAL_TERMINATION;
 }
 
-// window.open's feature strings ("width=300", "popup") as CEF's.
-CefPopupFeatures PopupFeatures(const QJsonArray& features) {
-  CefPopupFeatures result;
-  for (const QJsonValue& feature : features) {
-    const QString text = feature.toString();
-    const QString name = text.section('=', 0, 0).trimmed().toLower();
-    bool ok = false;
-    const int value = text.section('=', 1).trimmed().toInt(&ok);
-    if (name == QLatin1String("popup")) {
-      result.isPopup = true;
-    } else if (!ok) {
-      continue;
-    } else if (name == QLatin1String("left") ||
-               name == QLatin1String("screenx")) {
-      result.x = value;
-      result.xSet = result.isPopup = true;
-    } else if (name == QLatin1String("top") ||
-               name == QLatin1String("screeny")) {
-      result.y = value;
-      result.ySet = result.isPopup = true;
-    } else if (name == QLatin1String("width") ||
-               name == QLatin1String("innerwidth")) {
-      result.width = value;
-      result.widthSet = result.isPopup = true;
-    } else if (name == QLatin1String("height") ||
-               name == QLatin1String("innerheight")) {
-      result.height = value;
-      result.heightSet = result.isPopup = true;
-    }
-  }
-  return result;
-}
-
 }  // namespace
 
 QString PageEvents::TitleWatcherScript() {
@@ -196,7 +76,10 @@ QString PageEvents::TakeFocusWatcherScript() {
       .replace(QLatin1String("__BINDING__"), QLatin1String(kTakeFocusBinding));
 }
 
-PageEvents::PageEvents(BrowserImpl* browser) : browser_(browser) {}
+PageEvents::PageEvents(BrowserImpl* browser)
+    : browser_(browser), console_(browser, &contexts_), popups_(browser) {}
+
+PageEvents::~PageEvents() = default;
 
 void PageEvents::Push(const QString& method,
                       const QJsonObject& params,
@@ -210,8 +93,7 @@ void PageEvents::ExpectTransition(cef_transition_type_t type) {
 }
 
 int PageEvents::ContextFor(const QString& frame_id) const {
-  auto it = contexts_.find(frame_id);
-  return it == contexts_.end() ? 0 : it->second.id;
+  return contexts_.ContextFor(frame_id);
 }
 
 void PageEvents::Clear() {
@@ -228,8 +110,8 @@ void PageEvents::Reset() {
   status_by_loader_.clear();
   document_requests_.clear();
   reported_loaders_.clear();
-  contexts_.clear();
-  window_opens_.clear();
+  contexts_.Clear();
+  popups_.Clear();
   expected_transition_.reset();
   requested_transition_.reset();
   has_committed_ = false;
@@ -324,7 +206,7 @@ void PageEvents::RefreshHistory(std::function<void()> then, int attempt) {
               }
             }
           }
-          browser_->SetHistory(entries, current);
+          browser_->navigation()->SetHistory(entries, current);
           if (then) {
             then();
           }
@@ -333,7 +215,7 @@ void PageEvents::RefreshHistory(std::function<void()> then, int attempt) {
 
 void PageEvents::Handle(const QString& method, const QJsonObject& params) {
   if (method == QLatin1String("Page.frameAttached")) {
-    browser_->AddFrame(Str(params, "frameId"), Str(params, "parentFrameId"));
+    browser_->frames()->Add(Str(params, "frameId"), Str(params, "parentFrameId"));
   } else if (method == QLatin1String("Page.frameDetached")) {
     // A frame moving to another process stays the same frame.
     if (Str(params, "reason") != QLatin1String("swap")) {
@@ -350,13 +232,13 @@ void PageEvents::Handle(const QString& method, const QJsonObject& params) {
   } else if (method == QLatin1String("Page.navigatedWithinDocument")) {
     OnSameDocumentNavigation(params);
   } else if (method == QLatin1String("Page.javascriptDialogOpening")) {
-    browser_->script_dialogs_->OnOpening(params);
+    browser_->script_dialogs()->OnOpening(params);
   } else if (method == QLatin1String("Page.javascriptDialogClosed")) {
-    browser_->script_dialogs_->OnClosed(params);
+    browser_->script_dialogs()->OnClosed(params);
   } else if (method == QLatin1String("Page.fileChooserOpened")) {
-    browser_->file_dialogs_->OnChooserOpened(params);
+    browser_->file_dialogs()->OnChooserOpened(params);
   } else if (method == QLatin1String("Page.windowOpen")) {
-    window_opens_.push_back(params);
+    popups_.OnWindowOpen(params);
   } else if (method == QLatin1String("Network.requestWillBeSent")) {
     if (Str(params, "type") == QLatin1String("Document")) {
       document_requests_[Str(params, "requestId")] = {
@@ -374,30 +256,17 @@ void PageEvents::Handle(const QString& method, const QJsonObject& params) {
   } else if (method == QLatin1String("Network.loadingFailed")) {
     OnLoadingFailed(params);
   } else if (method == QLatin1String("Runtime.executionContextCreated")) {
-    const QJsonObject context = Obj(params, "context");
-    const QJsonObject aux = Obj(context, "auxData");
-    if (aux.value(QLatin1String("isDefault")).toBool()) {
-      contexts_[Str(aux, "frameId")] =
-          Context{session_id_, context.value(QLatin1String("id")).toInt()};
-    }
+    contexts_.OnCreated(params, session_id_);
   } else if (method == QLatin1String("Runtime.executionContextDestroyed")) {
-    const int id = params.value(QLatin1String("executionContextId")).toInt();
-    for (auto it = contexts_.begin(); it != contexts_.end();) {
-      it = it->second.id == id && it->second.session_id == session_id_
-               ? contexts_.erase(it)
-               : std::next(it);
-    }
+    contexts_.OnDestroyed(params, session_id_);
   } else if (method == QLatin1String("Runtime.executionContextsCleared")) {
-    for (auto it = contexts_.begin(); it != contexts_.end();) {
-      it = it->second.session_id == session_id_ ? contexts_.erase(it)
-                                                : std::next(it);
-    }
+    contexts_.OnCleared(session_id_);
   } else if (method == QLatin1String("Runtime.consoleAPICalled")) {
-    OnConsoleApiCalled(params);
+    console_.OnConsoleApiCalled(params, session_id_);
   } else if (method == QLatin1String("Runtime.exceptionThrown")) {
-    OnException(params);
+    console_.OnException(params, session_id_);
   } else if (method == QLatin1String("Log.entryAdded")) {
-    OnLogEntry(params);
+    console_.OnLogEntry(params);
   } else if (method == QLatin1String("Target.targetInfoChanged")) {
     // At each commit Chromium names the page after its address until a
     // title comes.
@@ -428,7 +297,7 @@ void PageEvents::Handle(const QString& method, const QJsonObject& params) {
              method == QLatin1String("Target.detachedFromTarget")) {
     browser_->OnTargetGone();
   } else if (method == QLatin1String("Target.attachedToTarget")) {
-    OnPopupAttached(params);
+    popups_.OnAttached(params);
   } else if (method == QLatin1String("Brovia.navigated")) {
     OnNavigateReply(params);
   }
@@ -442,16 +311,16 @@ void PageEvents::OnFrameNavigated(const QJsonObject& params) {
   const bool error_page = !unreachable.isEmpty();
   const QString url =
       error_page ? unreachable : Str(frame, "url") + Str(frame, "urlFragment");
-  CefRefPtr<FrameImpl> target = browser_->FindFrame(id);
+  CefRefPtr<FrameImpl> target = browser_->frames()->Find(id);
   if (!target) {
-    target = browser_->AddFrame(id, parent_id);
+    target = browser_->frames()->Add(id, parent_id);
   }
   target->SetCommitted(url.toStdString(), Str(frame, "name").toStdString());
   commits_[id] = Commit{Str(frame, "loaderId"), error_page, false};
   const bool main = parent_id.isEmpty();
-  browser_->file_dialogs_->OnFrameNavigated(id, main);
+  browser_->file_dialogs()->OnFrameNavigated(id, main);
   if (main) {
-    browser_->script_dialogs_->OnPageLeft();
+    browser_->script_dialogs()->OnPageLeft();
   }
   if (error_page) {
     // The failure itself is told by OnLoadError; CEF reports no start, end
@@ -486,15 +355,15 @@ void PageEvents::OnFrameNavigated(const QJsonObject& params) {
           client ? client->GetDisplayHandler() : nullptr) {
     display->OnAddressChange(browser_, target.get(), Cef(url));
   }
-  if (browser_->render_observer_) {
-    browser_->render_observer_->OnMainFrameNavigated(browser_);
+  if (RenderObserver* observer = browser_->render_observer()) {
+    observer->OnMainFrameNavigated(browser_);
   }
   // For CanGoBack() and the like until the load ends.
   RefreshHistory({});
 }
 
 void PageEvents::OnFrameRequestedNavigation(const QJsonObject& params) {
-  CefRefPtr<FrameImpl> frame = browser_->FindFrame(Str(params, "frameId"));
+  CefRefPtr<FrameImpl> frame = browser_->frames()->Find(Str(params, "frameId"));
   if (!frame || !frame->IsMain()) {
     return;
   }
@@ -511,7 +380,7 @@ void PageEvents::OnFrameRequestedNavigation(const QJsonObject& params) {
 }
 
 void PageEvents::OnSameDocumentNavigation(const QJsonObject& params) {
-  CefRefPtr<FrameImpl> frame = browser_->FindFrame(Str(params, "frameId"));
+  CefRefPtr<FrameImpl> frame = browser_->frames()->Find(Str(params, "frameId"));
   if (!frame) {
     return;
   }
@@ -546,9 +415,9 @@ void PageEvents::OnFrameStoppedLoading(const QString& frame_id) {
       status = known->second;
       status_by_loader_.erase(known);
     }
-    CefRefPtr<FrameImpl> frame = browser_->FindFrame(frame_id);
+    CefRefPtr<FrameImpl> frame = browser_->frames()->Find(frame_id);
     if (frame && frame->IsMain()) {
-      browser_->SetDocumentStatus(status);
+      browser_->navigation()->SetDocumentStatus(status);
     }
     CefRefPtr<CefClient> client = browser_->client();
     CefRefPtr<CefLoadHandler> load = client ? client->GetLoadHandler() : nullptr;
@@ -571,9 +440,9 @@ void PageEvents::OnFrameStoppedLoading(const QString& frame_id) {
 }
 
 void PageEvents::OnFrameDetached(const QString& frame_id) {
-  browser_->RemoveFrame(frame_id);
+  browser_->frames()->Remove(frame_id);
   commits_.erase(frame_id);
-  contexts_.erase(frame_id);
+  contexts_.ForgetFrame(frame_id);
   loading_frames_.erase(frame_id);
   if (loading_ && loading_frames_.empty()) {
     UpdateLoading(false);
@@ -582,10 +451,10 @@ void PageEvents::OnFrameDetached(const QString& frame_id) {
 
 void PageEvents::UpdateLoading(bool loading) {
   loading_ = loading;
-  browser_->SetLoadState(loading);
+  browser_->navigation()->SetLoadState(loading);
   bool can_go_back = false;
   bool can_go_forward = false;
-  browser_->HistoryState(&can_go_back, &can_go_forward);
+  browser_->navigation()->HistoryState(&can_go_back, &can_go_forward);
   CefRefPtr<CefClient> client = browser_->client();
   if (CefRefPtr<CefLoadHandler> load =
           client ? client->GetLoadHandler() : nullptr) {
@@ -635,7 +504,7 @@ void PageEvents::ReportLoadError(const QString& frame_id,
   if (!loader_id.isEmpty() && !reported_loaders_.insert(loader_id).second) {
     return;
   }
-  CefRefPtr<FrameImpl> frame = browser_->FindFrame(
+  CefRefPtr<FrameImpl> frame = browser_->frames()->Find(
       frame_id.isEmpty() ? browser_->target_id() : frame_id);
   CefRefPtr<CefClient> client = browser_->client();
   CefRefPtr<CefLoadHandler> load = client ? client->GetLoadHandler() : nullptr;
@@ -643,8 +512,8 @@ void PageEvents::ReportLoadError(const QString& frame_id,
     return;
   }
   QString reported = error_text;
-  if (browser_->navigation_policy_) {
-    reported = browser_->navigation_policy_->OnLoadFailed(browser_, loader_id,
+  if (browser_->navigation_policy()) {
+    reported = browser_->navigation_policy()->OnLoadFailed(browser_, loader_id,
                                                           error_text);
     if (reported.isEmpty()) {
       return;
@@ -657,80 +526,6 @@ void PageEvents::ReportLoadError(const QString& frame_id,
     error = NetErrorFromText(QStringLiteral("net::ERR_UNKNOWN_URL_SCHEME"));
   }
   load->OnLoadError(browser_, frame.get(), error.code, error.name, Cef(url));
-}
-
-QString PageEvents::SourceOfContext(int context_id) const {
-  for (const auto& [frame_id, context] : contexts_) {
-    if (context.id == context_id && context.session_id == session_id_) {
-      if (CefRefPtr<FrameImpl> frame = browser_->FindFrame(frame_id)) {
-        return QString::fromStdString(frame->GetURL().ToString());
-      }
-    }
-  }
-  CefRefPtr<FrameImpl> main = browser_->FindFrame(browser_->target_id());
-  return main ? QString::fromStdString(main->GetURL().ToString()) : QString();
-}
-
-void PageEvents::OnConsoleApiCalled(const QJsonObject& params) {
-  const QJsonArray frames =
-      Obj(params, "stackTrace").value(QLatin1String("callFrames")).toArray();
-  const QJsonObject top = frames.isEmpty() ? QJsonObject() : frames[0].toObject();
-  QString source = Str(top, "url");
-  if (source.isEmpty()) {
-    source = SourceOfContext(
-        params.value(QLatin1String("executionContextId")).toInt());
-  }
-  const int line =
-      frames.isEmpty() ? 0 : top.value(QLatin1String("lineNumber")).toInt() + 1;
-  ReportConsole(ConsoleLevel(Str(params, "type")),
-                ConsoleText(params.value(QLatin1String("args")).toArray()),
-                source, line);
-}
-
-void PageEvents::OnException(const QJsonObject& params) {
-  const QJsonObject details = Obj(params, "exceptionDetails");
-  const QJsonObject exception = Obj(details, "exception");
-  QString message = Str(details, "text");
-  QString what = Str(exception, "description").section('\n', 0, 0);
-  if (what.isEmpty() && !exception.isEmpty()) {
-    what = RemoteObjectText(exception);
-  }
-  if (!what.isEmpty()) {
-    message += ' ' + what;
-  }
-  QString source = Str(details, "url");
-  if (source.isEmpty()) {
-    const QJsonArray frames = Obj(details, "stackTrace")
-                                  .value(QLatin1String("callFrames"))
-                                  .toArray();
-    if (!frames.isEmpty()) {
-      source = Str(frames.first().toObject(), "url");
-    }
-  }
-  if (source.isEmpty()) {
-    source = SourceOfContext(
-        details.value(QLatin1String("executionContextId")).toInt());
-  }
-  ReportConsole(LOGSEVERITY_ERROR, message.trimmed(), source,
-                details.value(QLatin1String("lineNumber")).toInt() + 1);
-}
-
-void PageEvents::OnLogEntry(const QJsonObject& params) {
-  const QJsonObject entry = Obj(params, "entry");
-  const QJsonValue line = entry.value(QLatin1String("lineNumber"));
-  ReportConsole(ConsoleLevel(Str(entry, "level")), Str(entry, "text"),
-                Str(entry, "url"), line.isUndefined() ? 0 : line.toInt() + 1);
-}
-
-void PageEvents::ReportConsole(cef_log_severity_t level,
-                               const QString& message,
-                               const QString& source,
-                               int line) {
-  CefRefPtr<CefClient> client = browser_->client();
-  if (CefRefPtr<CefDisplayHandler> display =
-          client ? client->GetDisplayHandler() : nullptr) {
-    display->OnConsoleMessage(browser_, level, Cef(message), Cef(source), line);
-  }
 }
 
 void PageEvents::OnTakeFocus(bool next) {
@@ -749,7 +544,7 @@ void PageEvents::OnTitle(const QString& page_title) {
   // An empty title shows the address, as Chromium does.
   QString title = page_title;
   if (title.isEmpty()) {
-    if (CefRefPtr<FrameImpl> main = browser_->FindFrame(browser_->target_id())) {
+    if (CefRefPtr<FrameImpl> main = browser_->frames()->Find(browser_->target_id())) {
       title = QString::fromStdString(main->GetURL().ToString());
     }
   }
@@ -769,8 +564,8 @@ void PageEvents::OnCrashed(const QJsonObject& params) {
     return;
   }
   crashed_ = true;
-  browser_->script_dialogs_->OnPageLeft();
-  browser_->file_dialogs_->OnFrameNavigated(QString(), true);
+  browser_->script_dialogs()->OnPageLeft();
+  browser_->file_dialogs()->OnFrameNavigated(QString(), true);
   QString status = Str(params, "status");
   if (status.isEmpty()) {
     status = QStringLiteral("crashed");
@@ -787,56 +582,6 @@ void PageEvents::OnCrashed(const QJsonObject& params) {
   if (loading_) {
     UpdateLoading(false);
   }
-}
-
-void PageEvents::OnPopupAttached(const QJsonObject& params) {
-  const QString session_id = Str(params, "sessionId");
-  const QJsonObject info = Obj(params, "targetInfo");
-  const QString target_id = Str(info, "targetId");
-  QJsonObject open;
-  if (!window_opens_.empty()) {
-    open = window_opens_.front();
-    window_opens_.pop_front();
-  }
-  const QString url =
-      open.contains(QLatin1String("url")) ? Str(open, "url") : Str(info, "url");
-  QString name = Str(open, "windowName");
-  if (name == QLatin1String("_blank")) {
-    name.clear();
-  }
-  const CefPopupFeatures features =
-      PopupFeatures(open.value(QLatin1String("windowFeatures")).toArray());
-  const cef_window_open_disposition_t disposition =
-      features.isPopup ? CEF_WOD_NEW_POPUP : CEF_WOD_NEW_FOREGROUND_TAB;
-
-  CefRefPtr<FrameImpl> frame = browser_->FindFrame(Str(info, "openerFrameId"));
-  if (!frame) {
-    frame = browser_->FindFrame(browser_->target_id());
-  }
-  BrowserImpl::CreateParams popup;
-  popup.client = browser_->client();
-  popup.request_context = browser_->request_context_;
-  popup.settings = browser_->settings_;
-  popup.is_popup = true;
-  popup.popup_size = CefSize(features.widthSet ? features.width : 0,
-                             features.heightSet ? features.height : 0);
-  CefWindowInfo window_info;
-  bool no_javascript_access = false;
-  bool cancel = false;
-  CefRefPtr<CefLifeSpanHandler> life_span =
-      popup.client ? popup.client->GetLifeSpanHandler() : nullptr;
-  if (life_span && frame) {
-    cancel = life_span->OnBeforePopup(
-        browser_, frame.get(), Cef(url), Cef(name), disposition,
-        open.value(QLatin1String("userGesture")).toBool(), features,
-        window_info, popup.client, popup.settings, popup.extra_info,
-        &no_javascript_access);
-  }
-  if (cancel || !popup.client || !browser_->IsValid()) {
-    browser_->chromium_->DiscardTarget(target_id, session_id);
-    return;
-  }
-  BrowserImpl::CreatePopup(browser_, std::move(popup), target_id, session_id);
 }
 
 }  // namespace cefengine

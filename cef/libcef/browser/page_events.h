@@ -1,6 +1,7 @@
 // Turns one page's protocol events into CEF's handler calls, in order: load
-// state, frames, addresses, titles, console messages, popups, script
-// dialogs, crashes.
+// state, frames, addresses, titles, crashes; console messages and popups
+// through parts of its own, script dialogs and the like through the
+// browser's.
 
 #ifndef CEF_LIBCEF_BROWSER_PAGE_EVENTS_H_
 #define CEF_LIBCEF_BROWSER_PAGE_EVENTS_H_
@@ -17,6 +18,9 @@
 
 #include "include/internal/cef_ptr.h"
 #include "include/internal/cef_types.h"
+#include "libcef/browser/console_messages.h"
+#include "libcef/browser/popup_opener.h"
+#include "libcef/browser/script_contexts.h"
 
 namespace cefengine {
 
@@ -37,6 +41,7 @@ class PageEvents {
   static QString TakeFocusWatcherScript();
 
   explicit PageEvents(BrowserImpl* browser);
+  ~PageEvents();
   PageEvents(const PageEvents&) = delete;
   PageEvents& operator=(const PageEvents&) = delete;
 
@@ -67,10 +72,6 @@ class PageEvents {
     QJsonObject params;
     QString session_id;
   };
-  struct Context {
-    QString session_id;
-    int id = 0;
-  };
   struct Commit {
     QString loader_id;
     bool error_page = false;
@@ -100,22 +101,16 @@ class PageEvents {
                        const QString& error_text,
                        const QString& url,
                        const QString& loader_id);
-  void OnConsoleApiCalled(const QJsonObject& params);
-  void OnException(const QJsonObject& params);
-  void OnLogEntry(const QJsonObject& params);
-  void ReportConsole(cef_log_severity_t level,
-                     const QString& message,
-                     const QString& source,
-                     int line);
   // Tab moved the focus out of the page.
   void OnTakeFocus(bool next);
   void OnTitle(const QString& page_title);
   void OnCrashed(const QJsonObject& params);
-  void OnPopupAttached(const QJsonObject& params);
   void UpdateLoading(bool loading);
-  QString SourceOfContext(int context_id) const;
 
   BrowserImpl* const browser_;
+  ScriptContexts contexts_;
+  ConsoleMessages console_;
+  PopupOpener popups_;
   int generation_ = 0;
   std::deque<Event> queue_;
   // The session of the event being handled.
@@ -129,8 +124,6 @@ class PageEvents {
   std::map<QString, int> status_by_loader_;             // http(s) documents
   std::map<QString, std::pair<QString, QString>> document_requests_;
   std::set<QString> reported_loaders_;                  // errors told once
-  std::map<QString, Context> contexts_;                 // by frame
-  std::deque<QJsonObject> window_opens_;                // Page.windowOpen
   static constexpr int kHistoryAttempts = 5;
   static constexpr int kHistoryRetryDelayMs = 50;
 
