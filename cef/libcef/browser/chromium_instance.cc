@@ -20,6 +20,7 @@
 #include "libcef/browser/downloads.h"
 #include "libcef/browser/profile_start_lock.h"
 #include "libcef/browser/ui_task.h"
+#include "libcef/browser/window_launcher.h"
 #include "libcef/context.h"
 #include "libcef/osr/frame_source_choice.h"
 #include "libcef/osr/x_server.h"
@@ -45,11 +46,6 @@ const std::set<std::string>& ReservedSwitches() {
   };
   return reserved;
 }
-
-// The page a full Chromium starts with, in an app window: it opens every
-// page's window, framed by nothing but the page (app popups have no tab strip
-// or toolbar, and no window manager decorates them).
-constexpr char kLauncherUrl[] = "data:text/html,<title>brovia</title>";
 
 // Whether the X server already failed once: then the screencast serves for
 // good, said once.
@@ -276,7 +272,7 @@ ChromiumInstance::Launched ChromiumInstance::Launch(
     }
     options.program = choice.chromium;
     options.x11Display = x_server->display_name();
-    options.extraSwitches.push_back(std::string("app=") + kLauncherUrl);
+    options.extraSwitches.push_back(std::string("app=") + WindowLauncher::kUrl);
   }
 
   auto session = std::make_shared<DevToolsSession>(
@@ -323,7 +319,10 @@ ChromiumInstance::Launched ChromiumInstance::Launch(
                          QLatin1String("Chrome/"))
           : QString::fromStdString(configured);
 
-  if (x_server && !AttachLauncher(session.get())) {
+  if (x_server &&
+      !WindowLauncher::Find(session.get(), kStartTimeout,
+                            &launched.launcher_target,
+                            &launched.launcher_session)) {
     LOG(ERROR) << "Chromium (pid " << session->pid()
                << ") opened no start-up window on the X server";
     session->stop(kStopTimeout);
@@ -363,6 +362,7 @@ void ChromiumInstance::FinishStart(Launched launched,
       // Ahead of the waiters, so that no page exists before downloads are
       // set up.
       std::weak_ptr<ChromiumInstance> weak = shared_from_this();
+      launcher_->Reset(launched.launcher_target, launched.launcher_session);
       PostUiTask([weak, session = session_] {
         if (std::shared_ptr<ChromiumInstance> self = weak.lock()) {
           self->StartDownloads(session.get());
@@ -536,24 +536,22 @@ void ChromiumInstance::OnAttachedToTarget(const QJsonObject& params) {
   const QJsonObject info = params.value(QLatin1String("targetInfo")).toObject();
   const QString target_id = info.value(QLatin1String("targetId")).toString();
   const QString opener_id = info.value(QLatin1String("openerId")).toString();
-  if (!launcher_target_.isEmpty() && target_id == launcher_target_) {
+  if (launcher_->IsLauncher(target_id)) {
     return;
   }
-  if (!launcher_target_.isEmpty() && opener_id == launcher_target_ &&
-      !waiters_.count(target_id) && !targets_.count(target_id)) {
+  if (launcher_->IsLauncher(opener_id) && !waiters_.count(target_id) &&
+      !targets_.count(target_id)) {
     // A window OpenWindow asked for, in the order asked.
-    if (launches_.empty() || opened_.count(target_id)) {
+    OpenedCallback opened = launcher_->TakeLaunch(target_id);
+    if (!opened) {
       DiscardTarget(target_id, session_id);
       return;
     }
-    opened_.insert(target_id);
-    OpenedCallback opened = std::move(launches_.front());
-    launches_.pop_front();
     unclaimed_[target_id] = Attachment{session_id, info};
     opened(target_id, QString());
     return;
   }
-  if (!opener_id.isEmpty() && opener_id != launcher_target_) {
+  if (!opener_id.isEmpty() && !launcher_->IsLauncher(opener_id)) {
     if (CefRefPtr<BrowserImpl> opener = BrowserForTarget(opener_id)) {
       opener->OnProtocolEvent(QStringLiteral("Target.attachedToTarget"),
                               params);
@@ -648,13 +646,7 @@ void ChromiumInstance::OnDisconnected(const DevToolsSession* from,
   }
   unclaimed_.clear();
   waiters_.clear();
-  std::deque<OpenedCallback> launches;
-  launches.swap(launches_);
-  launcher_target_.clear();
-  launcher_session_.clear();
-  for (OpenedCallback& opened : launches) {
-    opened(QString(), QStringLiteral("Chromium ended"));
-  }
+  launcher_->Fail(QStringLiteral("Chromium ended"));
   for (const CefRefPtr<BrowserImpl>& browser : browsers) {
     browser->OnChromiumGone(TerminationStatus(signal),
                             signal ? signal : exit_code, status);
@@ -684,7 +676,7 @@ void ChromiumInstance::Shutdown() {
   unclaimed_.clear();
   waiters_.clear();
   downloads_.reset();
-  launches_.clear();
+  launcher_->Reset(QString(), QString());
   {
     std::lock_guard<std::mutex> lock(mutex_);
     x_server_.reset();
@@ -703,127 +695,23 @@ pid_t ChromiumInstance::chromium_pid() const {
   return running ? running->pid() : 0;
 }
 
-bool ChromiumInstance::AttachLauncher(DevToolsSession* session) {
-  // The start-up window may come a moment after Chromium first answers.
-  const auto deadline = std::chrono::steady_clock::now() + kStartTimeout;
-  QString launcher;
-  while (launcher.isEmpty() && std::chrono::steady_clock::now() < deadline) {
-    const DevToolsReply targets = session->sendCommandSync(
-        QStringLiteral("Target.getTargets"), {}, QString(), kStartTimeout);
-    if (!targets.ok()) {
-      return false;
-    }
-    for (const QJsonValue& value :
-         targets.result.value(QLatin1String("targetInfos")).toArray()) {
-      const QJsonObject target = value.toObject();
-      if (target.value(QLatin1String("type")).toString() == "page" &&
-          target.value(QLatin1String("url")).toString() ==
-              QLatin1String(kLauncherUrl)) {
-        launcher = target.value(QLatin1String("targetId")).toString();
-      }
-    }
-    if (launcher.isEmpty()) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-  }
-  if (launcher.isEmpty()) {
-    return false;
-  }
-  const DevToolsReply attached = session->sendCommandSync(
-      QStringLiteral("Target.attachToTarget"),
-      QJsonObject{{"targetId", launcher}, {"flatten", true}}, QString(),
-      kStartTimeout);
-  if (!attached.ok()) {
-    return false;
-  }
-  launcher_target_ = launcher;
-  launcher_session_ =
-      attached.result.value(QLatin1String("sessionId")).toString();
-  return true;
-}
-
 void ChromiumInstance::NextWindowPlace(int* left, int* top) {
-  // Far from the launcher's window at (10, 10); 32 by 8 places, 6 DIP
-  // apart, so that a window is known by where it is.
-  const int slot = window_slot_++ % 256;
-  *left = 100 + 6 * (slot % 32);
-  *top = 100 + 6 * (slot / 32);
-}
-
-QString ChromiumInstance::WindowOpenScript(int left, int top, int width,
-                                           int height) const {
-  return QStringLiteral(
-             "String(window.open('about:blank', '', "
-             "'popup,noopener,left=%1,top=%2,width=%3,height=%4'))")
-      .arg(left)
-      .arg(top)
-      .arg(std::max(1, width))
-      .arg(std::max(1, height));
+  launcher_->NextPlace(left, top);
 }
 
 void ChromiumInstance::OpenWindow(int left, int top, int width, int height,
                                   OpenedCallback opened) {
-  std::shared_ptr<DevToolsSession> running = session();
-  if (!running || launcher_session_.isEmpty()) {
-    opened(QString(), QStringLiteral("no Chromium runs"));
-    return;
-  }
-  launches_.push_back(std::move(opened));
-  std::weak_ptr<ChromiumInstance> weak = shared_from_this();
-  // A user gesture each time: the popup blocker lets the window through.
-  running->sendCommand(
-      QStringLiteral("Runtime.evaluate"),
-      QJsonObject{{"expression", WindowOpenScript(left, top, width, height)},
-                  {"userGesture", true}},
-      launcher_session_,
-      [weak](const QJsonObject&, const QJsonObject& error) {
-        std::shared_ptr<ChromiumInstance> self = weak.lock();
-        if (!self || error.isEmpty() || self->launches_.empty()) {
-          return;
-        }
-        // No window comes for this call: the last one waiting is its.
-        OpenedCallback failed = std::move(self->launches_.back());
-        self->launches_.pop_back();
-        failed(QString(),
-               error.value(QLatin1String("message")).toString());
-      });
+  launcher_->Open(session(), left, top, width, height, std::move(opened));
 }
 
 QString ChromiumInstance::OpenWindowSync(int left, int top, int width,
                                          int height) {
-  std::shared_ptr<DevToolsSession> running = session();
-  if (!running || launcher_session_.isEmpty()) {
-    return QString();
-  }
-  const DevToolsReply opened = running->sendCommandSync(
-      QStringLiteral("Runtime.evaluate"),
-      QJsonObject{{"expression", WindowOpenScript(left, top, width, height)},
-                  {"userGesture", true}},
-      launcher_session_, kStartTimeout);
-  if (!opened.ok()) {
-    return QString();
-  }
-  const auto deadline = std::chrono::steady_clock::now() + kStartTimeout;
-  while (std::chrono::steady_clock::now() < deadline) {
-    const DevToolsReply targets = running->sendCommandSync(
-        QStringLiteral("Target.getTargets"), {}, QString(), kStartTimeout);
-    if (!targets.ok()) {
-      return QString();
-    }
-    for (const QJsonValue& value :
-         targets.result.value(QLatin1String("targetInfos")).toArray()) {
-      const QJsonObject target = value.toObject();
-      const QString id = target.value(QLatin1String("targetId")).toString();
-      if (target.value(QLatin1String("openerId")).toString() ==
-              launcher_target_ &&
-          !opened_.count(id) && !targets_.count(id) && !unclaimed_.count(id)) {
-        opened_.insert(id);
-        return id;
-      }
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  return QString();
+  return launcher_->OpenSync(
+      session(), left, top, width, height,
+      [this](const QString& id) {
+        return targets_.count(id) || unclaimed_.count(id);
+      },
+      kStartTimeout);
 }
 
 }  // namespace cefengine

@@ -14,13 +14,12 @@
 #include <thread>
 #include <vector>
 
-#include <deque>
-#include <set>
 
 #include <QJsonObject>
 #include <QString>
 #include <QTemporaryDir>
 
+#include "libcef/browser/window_launcher.h"
 #include "libcef/devtools/devtools_session.h"
 
 namespace cefengine {
@@ -75,8 +74,7 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
   // Opens a frameless window of |width| x |height| DIP at (left, top) with a
   // held about:blank page, which Chromium attaches as usual; |opened| gets
   // its target id, or an empty one with the reason. Engine UI thread.
-  using OpenedCallback =
-      std::function<void(const QString& target_id, const QString& error)>;
+  using OpenedCallback = WindowLauncher::OpenedCallback;
   void OpenWindow(int left, int top, int width, int height,
                   OpenedCallback opened);
   // The same, blocking until the target exists (CreateBrowserSync).
@@ -143,6 +141,9 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
     std::shared_ptr<DevToolsSession> session;
     QString user_agent;
     std::shared_ptr<XServer> x_server;
+    // With the X source: the launcher page, attached.
+    QString launcher_target;
+    QString launcher_session;
   };
   // Runs on the starter thread: spawns Chromium and waits for its first
   // answer (blocks, normally well under a second, 20 s at most).
@@ -154,11 +155,6 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
   // Starter thread: the start ended.
   void FinishStart(Launched launched, float device_scale_factor);
   bool RunningLocked() const;
-  // After Chromium answered, with a full Chromium: its start-up window is the
-  // launcher page that opens every page's window. False if none is found.
-  // Starter thread.
-  bool AttachLauncher(DevToolsSession* session);
-  QString WindowOpenScript(int left, int top, int width, int height) const;
 
   const std::string cache_path_;
   std::unique_ptr<QTemporaryDir> temp_dir_;
@@ -192,13 +188,9 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
   // The X frame source.
   std::atomic<bool> x11_{false};
   std::shared_ptr<XServer> x_server_;
-  QString launcher_target_;
-  QString launcher_session_;
-  // OpenWindow calls waiting for their window's target, in order.
-  std::deque<OpenedCallback> launches_;
-  // Targets the launcher opened, so far.
-  std::set<QString> opened_;
-  int window_slot_ = 0;
+  // Engine UI thread.
+  const std::shared_ptr<WindowLauncher> launcher_ =
+      std::make_shared<WindowLauncher>();
 };
 
 }  // namespace cefengine
