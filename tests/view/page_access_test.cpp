@@ -35,6 +35,9 @@ TEST(PageAccess, ScriptsGiveTheirValuesBothWaysAndTheSourceComesBack)
     EXPECT_EQ(map.value("half").toDouble(), 0.5);
     // A script that throws still answers, with nothing.
     EXPECT_FALSE(view->runJavaScriptSync(QStringLiteral("throw new Error('x')"), 10000ms).isValid());
+    // Nor is a host's script a click: after all of them the page has never seen a user's activation.
+    EXPECT_EQ(view->runJavaScriptSync(QStringLiteral("navigator.userActivation.hasBeenActive"), 10000ms),
+              QVariant(false));
 
     // Two scripts in flight, each answered in its own callback.
     QVariant first;

@@ -65,10 +65,12 @@ struct DevToolsSessionCore {
   bool closed = false;  // the session is gone
   int nextId = 1;
   std::map<int, Pending> pending;
-  // Commands by deadline, for the expirer; entries of answered commands
-  // linger until their time comes and are skipped then.
+  // Unanswered commands by deadline, for the expirer.
   std::multimap<Clock::time_point, int> deadlines;
   std::condition_variable deadlinesChanged;
+  // When the expirer wakes by itself: a command due earlier has to wake it,
+  // any other leaves it asleep (no wake-up per command).
+  Clock::time_point expirerWake = Clock::time_point::min();
   bool expirerDone = false;
   int nextSubscription = 1;
   std::map<int, Subscription> subscriptions;
@@ -191,6 +193,7 @@ void DevToolsSession::expireMain(std::shared_ptr<Core> core) {
   std::unique_lock<std::mutex> lock(core->mutex);
   while (!core->expirerDone) {
     if (core->deadlines.empty()) {
+      core->expirerWake = Core::Clock::time_point::max();
       core->deadlinesChanged.wait(lock);
       continue;
     }
@@ -198,6 +201,7 @@ void DevToolsSession::expireMain(std::shared_ptr<Core> core) {
     // A copy: the entry may go while this waits.
     const Core::Clock::time_point due = first->first;
     if (due > Core::Clock::now()) {
+      core->expirerWake = due;
       core->deadlinesChanged.wait_until(lock, due);
       continue;
     }
@@ -338,8 +342,9 @@ int DevToolsSession::sendCommand(const QString& method,
     id = core_->nextId++;
     connected = core_->connected;
     if (connected) {
-      earliest = core_->deadlines.empty() ||
-                 pending.deadline < core_->deadlines.begin()->first;
+      earliest = pending.deadline < core_->expirerWake;
+      if (earliest)
+        core_->expirerWake = pending.deadline;
       core_->deadlines.emplace(pending.deadline, id);
       core_->pending.emplace(id, std::move(pending));
     }
