@@ -190,18 +190,6 @@ bool DevToolsBrowser::TryCloseBrowser() {
 
 void DevToolsBrowser::SetFocus(bool focus) {}
 
-CefWindowHandle DevToolsBrowser::GetWindowHandle() {
-  return kNullWindowHandle;
-}
-
-CefWindowHandle DevToolsBrowser::GetOpenerWindowHandle() {
-  return kNullWindowHandle;
-}
-
-bool DevToolsBrowser::HasView() {
-  return false;
-}
-
 CefRefPtr<CefClient> DevToolsBrowser::GetClient() {
   std::lock_guard<std::mutex> lock(mutex_);
   return client_;
@@ -242,19 +230,6 @@ void DevToolsBrowser::RunFileDialog(
 
 void DevToolsBrowser::StartDownload(const CefString& url) {}
 
-void DevToolsBrowser::DownloadImage(
-    const CefString& image_url,
-    bool is_favicon,
-    uint32_t max_image_size,
-    bool bypass_cache,
-    CefRefPtr<CefDownloadImageCallback> callback) {
-  if (callback) {
-    CefRefPtr<CefDownloadImageCallback> held = callback;
-    const CefString url = image_url;
-    PostUiTask([held, url] { held->OnDownloadImageFinished(url, 0, nullptr); });
-  }
-}
-
 void DevToolsBrowser::Print() {}
 
 void DevToolsBrowser::PrintToPDF(const CefString& path,
@@ -285,30 +260,9 @@ bool DevToolsBrowser::HasDevTools() {
   return false;
 }
 
-bool DevToolsBrowser::SendDevToolsMessage(const void* message,
-                                          size_t message_size) {
-  return false;
-}
-
-int DevToolsBrowser::ExecuteDevToolsMethod(
-    int message_id,
-    const CefString& method,
-    CefRefPtr<CefDictionaryValue> params) {
-  return 0;
-}
-
-CefRefPtr<CefRegistration> DevToolsBrowser::AddDevToolsMessageObserver(
-    CefRefPtr<CefDevToolsMessageObserver> observer) {
-  return nullptr;
-}
-
 void DevToolsBrowser::GetNavigationEntries(
     CefRefPtr<CefNavigationEntryVisitor> visitor,
     bool current_only) {}
-
-void DevToolsBrowser::ReplaceMisspelling(const CefString& word) {}
-
-void DevToolsBrowser::AddWordToDictionary(const CefString& word) {}
 
 bool DevToolsBrowser::IsWindowRenderingDisabled() {
   return false;
@@ -339,10 +293,6 @@ void DevToolsBrowser::SendMouseWheelEvent(const CefMouseEvent& event,
                                           int deltaY) {}
 
 void DevToolsBrowser::SendTouchEvent(const CefTouchEvent& event) {}
-
-void DevToolsBrowser::SendCaptureLostEvent() {}
-
-void DevToolsBrowser::NotifyMoveOrResizeStarted() {}
 
 int DevToolsBrowser::GetWindowlessFrameRate() {
   return 0;
@@ -382,32 +332,6 @@ void DevToolsBrowser::DragSourceSystemDragEnded() {}
 CefRefPtr<CefNavigationEntry> DevToolsBrowser::GetVisibleNavigationEntry() {
   return nullptr;
 }
-
-void DevToolsBrowser::SetAccessibilityState(cef_state_t accessibility_state) {}
-
-void DevToolsBrowser::SetAutoResizeEnabled(bool enabled,
-                                           const CefSize& min_size,
-                                           const CefSize& max_size) {}
-
-void DevToolsBrowser::SetAudioMuted(bool mute) {}
-
-bool DevToolsBrowser::IsAudioMuted() {
-  return false;
-}
-
-bool DevToolsBrowser::IsFullscreen() {
-  return false;
-}
-
-void DevToolsBrowser::ExitFullscreen(bool will_cause_resize) {}
-
-bool DevToolsBrowser::CanExecuteChromeCommand(int command_id) {
-  return false;
-}
-
-void DevToolsBrowser::ExecuteChromeCommand(
-    int command_id,
-    cef_window_open_disposition_t disposition) {}
 
 bool DevToolsBrowser::IsRenderProcessUnresponsive() {
   return false;

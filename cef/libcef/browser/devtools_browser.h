@@ -16,13 +16,14 @@
 
 #include "include/cef_browser.h"
 #include "include/cef_client.h"
+#include "libcef/browser/unsupported_host_calls.h"
 
 namespace cefengine {
 
 class DevToolsSession;
 class DevToolsWindow;
 
-class DevToolsBrowser : public CefBrowser, public CefBrowserHost {
+class DevToolsBrowser : public CefBrowser, public UnsupportedHostCalls {
  public:
   // Told once when the inspector goes by itself or through CloseBrowser, so
   // that the inspected browser lets go of it; not when it is closed by
@@ -77,9 +78,6 @@ class DevToolsBrowser : public CefBrowser, public CefBrowserHost {
   void CloseBrowser(bool force_close) override;
   bool TryCloseBrowser() override;
   void SetFocus(bool focus) override;
-  CefWindowHandle GetWindowHandle() override;
-  CefWindowHandle GetOpenerWindowHandle() override;
-  bool HasView() override;
   CefRefPtr<CefClient> GetClient() override;
   CefRefPtr<CefRequestContext> GetRequestContext() override;
   bool CanZoom(cef_zoom_command_t command) override;
@@ -93,11 +91,6 @@ class DevToolsBrowser : public CefBrowser, public CefBrowserHost {
                      const std::vector<CefString>& accept_filters,
                      CefRefPtr<CefRunFileDialogCallback> callback) override;
   void StartDownload(const CefString& url) override;
-  void DownloadImage(const CefString& image_url,
-                     bool is_favicon,
-                     uint32_t max_image_size,
-                     bool bypass_cache,
-                     CefRefPtr<CefDownloadImageCallback> callback) override;
   void Print() override;
   void PrintToPDF(const CefString& path,
                   const CefPdfPrintSettings& settings,
@@ -113,16 +106,8 @@ class DevToolsBrowser : public CefBrowser, public CefBrowserHost {
                     const CefPoint& inspect_element_at) override;
   void CloseDevTools() override;
   bool HasDevTools() override;
-  bool SendDevToolsMessage(const void* message, size_t message_size) override;
-  int ExecuteDevToolsMethod(int message_id,
-                            const CefString& method,
-                            CefRefPtr<CefDictionaryValue> params) override;
-  CefRefPtr<CefRegistration> AddDevToolsMessageObserver(
-      CefRefPtr<CefDevToolsMessageObserver> observer) override;
   void GetNavigationEntries(CefRefPtr<CefNavigationEntryVisitor> visitor,
                             bool current_only) override;
-  void ReplaceMisspelling(const CefString& word) override;
-  void AddWordToDictionary(const CefString& word) override;
   bool IsWindowRenderingDisabled() override;
   void WasResized() override;
   void WasHidden(bool hidden) override;
@@ -139,8 +124,6 @@ class DevToolsBrowser : public CefBrowser, public CefBrowserHost {
                            int deltaX,
                            int deltaY) override;
   void SendTouchEvent(const CefTouchEvent& event) override;
-  void SendCaptureLostEvent() override;
-  void NotifyMoveOrResizeStarted() override;
   int GetWindowlessFrameRate() override;
   void SetWindowlessFrameRate(int frame_rate) override;
   void ImeSetComposition(const CefString& text,
@@ -162,17 +145,6 @@ class DevToolsBrowser : public CefBrowser, public CefBrowserHost {
   void DragSourceEndedAt(int x, int y, DragOperationsMask op) override;
   void DragSourceSystemDragEnded() override;
   CefRefPtr<CefNavigationEntry> GetVisibleNavigationEntry() override;
-  void SetAccessibilityState(cef_state_t accessibility_state) override;
-  void SetAutoResizeEnabled(bool enabled,
-                            const CefSize& min_size,
-                            const CefSize& max_size) override;
-  void SetAudioMuted(bool mute) override;
-  bool IsAudioMuted() override;
-  bool IsFullscreen() override;
-  void ExitFullscreen(bool will_cause_resize) override;
-  bool CanExecuteChromeCommand(int command_id) override;
-  void ExecuteChromeCommand(int command_id,
-                            cef_window_open_disposition_t disposition) override;
   bool IsRenderProcessUnresponsive() override;
   cef_runtime_style_t GetRuntimeStyle() override;
 

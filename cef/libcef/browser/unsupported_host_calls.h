@@ -1,6 +1,7 @@
 // The CefBrowserHost calls a windowless browser over the DevTools protocol
 // has nothing behind: each gives the quiet answer CEF gives where a feature
-// is absent. BrowserImpl derives from this and implements the rest.
+// is absent. BrowserImpl and the inspector's DevToolsBrowser derive from
+// this and implement the rest.
 
 #ifndef CEF_LIBCEF_BROWSER_UNSUPPORTED_HOST_CALLS_H_
 #define CEF_LIBCEF_BROWSER_UNSUPPORTED_HOST_CALLS_H_
