@@ -1,28 +1,20 @@
 #include "libcef/browser/chromium_instance.h"
 
 #include <pthread.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <thread>
 
 #include <chrono>
 #include <set>
+#include <thread>
 #include <utility>
 
 #include <QDir>
-#include <QJsonArray>
 
 #include "include/base/cef_logging.h"
-#include "include/cef_command_line.h"
 #include "libcef/browser/browser_impl.h"
 #include "libcef/browser/browser_registry.h"
 #include "libcef/browser/downloads.h"
-#include "libcef/browser/profile_start_lock.h"
 #include "libcef/browser/ui_task.h"
 #include "libcef/browser/window_launcher.h"
-#include "libcef/context.h"
-#include "libcef/osr/frame_source_choice.h"
 #include "libcef/osr/x_server.h"
 
 namespace cefengine {
@@ -34,23 +26,6 @@ constexpr std::chrono::milliseconds kStopTimeout{3000};
 // How long a page Chromium attached may wait for its browser to claim it.
 constexpr int64_t kUnclaimedTimeoutMs = 5000;
 
-// Switches the engine sets itself, or that would cut it off from Chromium.
-const std::set<std::string>& ReservedSwitches() {
-  // Never destroyed: engine threads may still ask while the process exits.
-  static const std::set<std::string>& reserved = *new std::set<std::string>{
-      "remote-debugging-pipe",    "remote-debugging-port",
-      "remote-debugging-address", "remote-debugging-io-pipes",
-      "user-data-dir",            "headless",
-      "force-device-scale-factor", "type",
-      "app",                      "ozone-platform",
-  };
-  return reserved;
-}
-
-// Whether the X server already failed once: then the screencast serves for
-// good, said once.
-std::atomic<bool> g_x11_failed{false};
-
 cef_termination_status_t TerminationStatus(int signal) {
   return signal == 9 || signal == 15 ? TS_PROCESS_WAS_KILLED
                                      : TS_PROCESS_CRASHED;
@@ -59,7 +34,7 @@ cef_termination_status_t TerminationStatus(int signal) {
 }  // namespace
 
 ChromiumInstance::ChromiumInstance(std::string cache_path)
-    : cache_path_(std::move(cache_path)) {}
+    : chromium_launcher_(std::move(cache_path)) {}
 
 ChromiumInstance::~ChromiumInstance() {
   // Shutdown joined it, unless the engine never shut down.
@@ -76,40 +51,6 @@ std::shared_ptr<DevToolsSession> ChromiumInstance::session() const {
 QString ChromiumInstance::user_agent() const {
   std::lock_guard<std::mutex> lock(mutex_);
   return user_agent_;
-}
-
-std::vector<std::string> ChromiumInstance::Switches() const {
-  // Cross-site frames get renderers of their own, as in a desktop Chromium
-  // (the headless shell would keep them in the page's); the page's session
-  // attaches them.
-  std::vector<std::string> switches{"site-per-process"};
-  CefRefPtr<CefCommandLine> command_line =
-      CefCommandLine::GetGlobalCommandLine();
-  if (command_line) {
-    CefCommandLine::SwitchMap map;
-    command_line->GetSwitches(map);
-    for (const auto& [name, value] : map) {
-      const std::string key = name.ToString();
-      if (key.empty() || ReservedSwitches().count(key)) {
-        continue;
-      }
-      switches.push_back(value.empty() ? key : key + "=" + value.ToString());
-    }
-  }
-  return switches;
-}
-
-void ChromiumInstance::AddDebuggingSwitches(
-    std::vector<std::string>* switches) {
-  const int port = Context::Get()->settings().remote_debugging_port;
-  // A Chromium started again (after its death, or at another factor) keeps
-  // the port of the one before, which is gone by now.
-  if (port >= 1024 && port <= 65535 &&
-      (holds_debug_port_ || BrowserRegistry::Get().ClaimRemoteDebugging())) {
-    holds_debug_port_ = true;
-    switches->push_back("remote-debugging-port=" + std::to_string(port));
-    switches->push_back("remote-debugging-address=127.0.0.1");
-  }
 }
 
 bool ChromiumInstance::RunningLocked() const {
@@ -194,7 +135,7 @@ void ChromiumInstance::BeginStartLocked(
   std::thread earlier = std::move(starter_);
   // Read here: the application's command line may be gone by the time a
   // start runs at the process's exit.
-  std::vector<std::string> switches = Switches();
+  std::vector<std::string> switches = ChromiumLauncher::Switches();
   starter_ = std::thread([weak, earlier = std::move(earlier),
                           previous = std::move(previous),
                           switches = std::move(switches),
@@ -215,66 +156,10 @@ void ChromiumInstance::BeginStartLocked(
   });
 }
 
-ChromiumInstance::Launched ChromiumInstance::Launch(
+ChromiumLauncher::Launched ChromiumInstance::Launch(
     float device_scale_factor,
     std::vector<std::string> switches) {
   BrowserRegistry::Get().SettleEarlyStart(this);
-  AddDebuggingSwitches(&switches);
-  std::string user_data_dir = cache_path_;
-  if (user_data_dir.empty()) {
-    if (!temp_dir_) {
-      temp_dir_ = std::make_unique<QTemporaryDir>(
-          QDir::tempPath() + QStringLiteral("/brovia-profile-XXXXXX"));
-    }
-    if (!temp_dir_->isValid()) {
-      LOG(ERROR) << "Cannot create a temporary Chromium profile: "
-                 << temp_dir_->errorString().toStdString();
-      return {};
-    }
-    user_data_dir = temp_dir_->path().toStdString();
-  } else if (!QDir().mkpath(QString::fromStdString(user_data_dir))) {
-    LOG(ERROR) << "Cannot create the cache directory " << user_data_dir;
-    return {};
-  }
-
-  ChromiumProcess::Options options;
-  options.program = Context::Get()->chromium_path();
-  options.userDataDir = user_data_dir;
-  options.deviceScaleFactor = device_scale_factor;
-  options.extraSwitches = std::move(switches);
-
-  // The X frame source: a full Chromium in the engine's own X server, a
-  // drop-in for the headless one.
-  const FrameSourceChoice& choice = FrameSourceChoice::Get(
-      CefString(&Context::Get()->settings().browser_subprocess_path)
-          .ToString());
-  std::shared_ptr<XServer> x_server;
-  std::unique_ptr<ProfileStartLock> profile_lock;
-  if (choice.x11 && !g_x11_failed) {
-    std::string x_error;
-    x_server = XServer::Get(choice.xvfb, &x_error);
-    if (!x_server && !g_x11_failed.exchange(true)) {
-      LOG(WARNING) << "Frame source: the engine's X server cannot start ("
-                   << x_error
-                   << "), so frames come from the slower PNG screencast";
-    }
-  }
-  if (x_server) {
-    // A full Chromium hands itself over to another one that runs on the
-    // same profile (its process singleton) and quits. Profiles are shared
-    // the way the headless shell shares them: its lock goes, and other
-    // hosts' starts on this profile wait until this one has answered.
-    profile_lock =
-        std::make_unique<ProfileStartLock>(user_data_dir, kStartTimeout);
-    for (const char* singleton :
-         {"SingletonLock", "SingletonSocket", "SingletonCookie"}) {
-      ::unlink((user_data_dir + "/" + singleton).c_str());
-    }
-    options.program = choice.chromium;
-    options.x11Display = x_server->display_name();
-    options.extraSwitches.push_back(std::string("app=") + WindowLauncher::kUrl);
-  }
-
   auto session = std::make_shared<DevToolsSession>(
       [](std::function<void()> task) { PostUiTask(std::move(task)); });
   std::weak_ptr<ChromiumInstance> weak = shared_from_this();
@@ -286,66 +171,11 @@ ChromiumInstance::Launched ChromiumInstance::Launch(
       self->OnEvent(from, method, params, session_id);
     }
   });
-  if (shut_down_) {
-    return {};
-  }
-  std::string error;
-  if (!session->start(options, &error)) {
-    LOG(ERROR) << "Cannot start Chromium: " << error;
-    return {};
-  }
-  const DevToolsReply version = session->sendCommandSync(
-      QStringLiteral("Browser.getVersion"), {}, QString(), kStartTimeout);
-  if (!version.ok()) {
-    LOG(ERROR) << "Chromium (pid " << session->pid() << ") did not answer: "
-               << version.error.value(QLatin1String("message"))
-                      .toString()
-                      .toStdString();
-    session->stop(kStopTimeout);
-    return {};
-  }
-
-  // Past its singleton check by now.
-  profile_lock.reset();
-
-  const std::string configured =
-      CefString(&Context::Get()->settings().user_agent).ToString();
-  Launched launched;
-  launched.user_agent =
-      configured.empty()
-          ? version.result.value(QLatin1String("userAgent"))
-                .toString()
-                .replace(QLatin1String("HeadlessChrome/"),
-                         QLatin1String("Chrome/"))
-          : QString::fromStdString(configured);
-
-  if (x_server &&
-      !WindowLauncher::Find(session.get(), kStartTimeout,
-                            &launched.launcher_target,
-                            &launched.launcher_session)) {
-    LOG(ERROR) << "Chromium (pid " << session->pid()
-               << ") opened no start-up window on the X server";
-    session->stop(kStopTimeout);
-    return {};
-  }
-  launched.x_server = std::move(x_server);
-
-  // Every new page, ours or a popup, is attached and held before it runs,
-  // so that no event of its first load is missed.
-  session->sendCommand(QStringLiteral("Target.setDiscoverTargets"),
-                       QJsonObject{{"discover", true}}, QString(), {});
-  session->sendCommand(
-      QStringLiteral("Target.setAutoAttach"),
-      QJsonObject{{"autoAttach", true},
-                  {"waitForDebuggerOnStart", true},
-                  {"flatten", true},
-                  {"filter", QJsonArray{QJsonObject{{"type", "page"}}}}},
-      QString(), {});
-  launched.session = std::move(session);
-  return launched;
+  return chromium_launcher_.Launch(device_scale_factor, std::move(switches),
+                                std::move(session), shut_down_);
 }
 
-void ChromiumInstance::FinishStart(Launched launched,
+void ChromiumInstance::FinishStart(ChromiumLauncher::Launched launched,
                                    float device_scale_factor) {
   std::vector<std::function<void(bool)>> waiters;
   bool started;
@@ -397,9 +227,7 @@ void ChromiumInstance::StopIfUnused() {
     unused.swap(session_);
   }
   unused->stop(kStopTimeout);
-  if (holds_debug_port_.exchange(false)) {
-    BrowserRegistry::Get().ReleaseRemoteDebugging();
-  }
+  chromium_launcher_.ReleaseDebuggingPort();
 }
 
 void ChromiumInstance::StartDownloads(DevToolsSession* session) {
@@ -681,7 +509,7 @@ void ChromiumInstance::Shutdown() {
     std::lock_guard<std::mutex> lock(mutex_);
     x_server_.reset();
   }
-  temp_dir_.reset();
+  chromium_launcher_.RemoveTemporaryProfile();
   download_dir_.reset();
 }
 

@@ -14,11 +14,11 @@
 #include <thread>
 #include <vector>
 
-
 #include <QJsonObject>
 #include <QString>
 #include <QTemporaryDir>
 
+#include "libcef/browser/chromium_launcher.h"
 #include "libcef/browser/window_launcher.h"
 #include "libcef/devtools/devtools_session.h"
 
@@ -131,33 +131,22 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
   void StartDownloads(DevToolsSession* session);
   // Lets a page no browser claimed run on, detached.
   void ReleaseUnclaimed(const QString& target_id);
-  // The application's switches for Chromium; and the debugging port, to the
-  // first Chromium that asks.
-  std::vector<std::string> Switches() const;
-  void AddDebuggingSwitches(std::vector<std::string>* switches);
-
-  // What a start on the starter thread ends with.
-  struct Launched {
-    std::shared_ptr<DevToolsSession> session;
-    QString user_agent;
-    std::shared_ptr<XServer> x_server;
-    // With the X source: the launcher page, attached.
-    QString launcher_target;
-    QString launcher_session;
-  };
-  // Runs on the starter thread: spawns Chromium and waits for its first
-  // answer (blocks, normally well under a second, 20 s at most).
-  Launched Launch(float device_scale_factor, std::vector<std::string> switches);
+  // Runs on the starter thread: spawns Chromium, its events routed to
+  // OnEvent, and waits for its first answer (blocks, normally well under a
+  // second, 20 s at most).
+  ChromiumLauncher::Launched Launch(float device_scale_factor,
+                                    std::vector<std::string> switches);
   // Starts a new Chromium at |device_scale_factor| after stopping |previous|
   // (if any), both on a new starter thread. Under mutex_.
   void BeginStartLocked(float device_scale_factor,
                         std::shared_ptr<DevToolsSession> previous);
   // Starter thread: the start ended.
-  void FinishStart(Launched launched, float device_scale_factor);
+  void FinishStart(ChromiumLauncher::Launched launched,
+                   float device_scale_factor);
   bool RunningLocked() const;
 
-  const std::string cache_path_;
-  std::unique_ptr<QTemporaryDir> temp_dir_;
+  // Its profile folder and switches; used by one start at a time.
+  ChromiumLauncher chromium_launcher_;
   std::unique_ptr<QTemporaryDir> download_dir_;
 
   mutable std::mutex mutex_;
@@ -173,8 +162,6 @@ class ChromiumInstance : public std::enable_shared_from_this<ChromiumInstance> {
   bool claimed_ = false;
   std::thread starter_;
   std::atomic<float> scale_factor_{1};
-  // This Chromium took the debugging port.
-  std::atomic<bool> holds_debug_port_{false};
   std::atomic<bool> shut_down_{false};
   QString user_agent_;
 
