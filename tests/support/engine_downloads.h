@@ -4,7 +4,7 @@
 
 namespace brovia_test
 {
-// The files the engine's Chromiums are saving right now, as "folder/file" under the temporary
+// The files this process's engine is saving right now, as "folder/file" under the temporary
 // directory: a download in progress has one, a finished or cancelled one none.
 QStringList engineDownloadFiles();
 } // namespace brovia_test

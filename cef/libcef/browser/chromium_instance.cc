@@ -7,6 +7,7 @@
 #include <thread>
 #include <utility>
 
+#include <QCoreApplication>
 #include <QDir>
 
 #include "include/base/cef_logging.h"
@@ -232,8 +233,11 @@ void ChromiumInstance::StopIfUnused() {
 
 void ChromiumInstance::StartDownloads(DevToolsSession* session) {
   if (!download_dir_) {
+    // Named after the process, so that one host's folders can be told from
+    // another's.
     download_dir_ = std::make_unique<QTemporaryDir>(
-        QDir::tempPath() + QStringLiteral("/brovia-downloads-XXXXXX"));
+        QDir::tempPath() + QStringLiteral("/brovia-downloads-%1-XXXXXX")
+                               .arg(QCoreApplication::applicationPid()));
   }
   if (!download_dir_->isValid()) {
     LOG(WARNING) << "No folder for downloads: Chromium downloads nothing";
