@@ -36,7 +36,8 @@ bool WindowLauncher::Find(DevToolsSession* session,
       }
     }
     if (launcher.isEmpty()) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+      // Short: the first page of the application waits for this window.
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
   }
   if (launcher.isEmpty()) {
