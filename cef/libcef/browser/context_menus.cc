@@ -114,20 +114,11 @@ class RunContextMenuCallbackImpl : public CefRunContextMenuCallback {
 
  private:
   void Answer(int command_id, cef_event_flags_t flags, bool posted) {
-    CefRefPtr<BrowserImpl> browser = hold_.Take();
-    if (!browser) {
-      return;
-    }
-    auto task = [browser, serial = serial_, command_id, flags] {
-      browser->context_menus()->Answer(serial, command_id, flags);
-    };
-    // Posted from the destructor: the last reference may go inside
-    // ContextMenus.
-    if (posted) {
-      PostUiTask(task);
-    } else {
-      RunOnUiThread(task);
-    }
+    hold_.Answer(
+        [serial = serial_, command_id, flags](BrowserImpl* browser) {
+          browser->context_menus()->Answer(serial, command_id, flags);
+        },
+        posted);
   }
 
   BrowserHold hold_;

@@ -149,12 +149,11 @@ class FileDialogCallbackImpl : public CefFileDialogCallback {
       : browser_(std::move(browser)), serial_(serial) {}
 
   ~FileDialogCallbackImpl() override {
-    if (CefRefPtr<BrowserImpl> browser = browser_.Take()) {
-      // Posted: the last reference may go inside FileDialogs itself.
-      PostUiTask([browser, serial = serial_] {
-        browser->file_dialogs()->Answer(serial, {});
-      });
-    }
+    browser_.Answer(
+        [serial = serial_](BrowserImpl* browser) {
+          browser->file_dialogs()->Answer(serial, {});
+        },
+        true);
   }
 
   // Any thread.
@@ -174,11 +173,8 @@ class FileDialogCallbackImpl : public CefFileDialogCallback {
  private:
   // The first answer only.
   void Deliver(std::vector<QString> paths) {
-    CefRefPtr<BrowserImpl> browser = browser_.Take();
-    if (!browser) {
-      return;
-    }
-    RunOnUiThread([browser, serial = serial_, paths = std::move(paths)] {
+    browser_.Answer([serial = serial_, paths = std::move(paths)](
+                        BrowserImpl* browser) {
       browser->file_dialogs()->Answer(serial, paths);
     });
   }

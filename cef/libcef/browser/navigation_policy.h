@@ -8,35 +8,17 @@
 #include <functional>
 #include <memory>
 
-#include <QJsonObject>
 #include <QString>
+
+#include "libcef/browser/page_hook.h"
 
 namespace cefengine {
 
 class BrowserImpl;
 
 // One per browser, owned by it. Engine UI thread.
-class NavigationPolicy {
+class NavigationPolicy : public PageHook {
  public:
-  virtual ~NavigationPolicy() = default;
-
-  // The page is attached and still held: commands sent now on the browser's
-  // session (e.g. Fetch.enable) take effect before its first navigation.
-  virtual void OnAttached(BrowserImpl* browser) {}
-
-  // An out-of-process frame's session, still held: as OnAttached, for the
-  // frames it serves.
-  virtual void OnFrameSessionAttached(BrowserImpl* browser,
-                                      const QString& session_id) {}
-
-  // Each protocol event of the page before the browser core sees it; true
-  // consumes it (e.g. Fetch.requestPaused).
-  virtual bool OnPageEvent(BrowserImpl* browser,
-                           const QString& method,
-                           const QJsonObject& params) {
-    return false;
-  }
-
   // The engine is about to navigate |frame_id| (empty: the main frame) to
   // |url|, for CefFrame::LoadURL; true drops the navigation, which the policy
   // has then reported itself.
@@ -55,9 +37,6 @@ class NavigationPolicy {
                                const QString& error_text) {
     return error_text;
   }
-
-  // The page is going; nothing is called afterwards.
-  virtual void OnDetached(BrowserImpl* browser) {}
 };
 
 using NavigationPolicyFactory =

@@ -33,19 +33,11 @@ class PrintDialogCallbackImpl : public CefPrintDialogCallback {
 
  private:
   void Answer(bool posted) {
-    CefRefPtr<BrowserImpl> browser = hold_.Take();
-    if (!browser) {
-      return;
-    }
-    auto task = [browser, serial = serial_] {
-      browser->printing()->DialogAnswered(serial);
-    };
-    // Posted from the destructor: the last reference may go inside Printing.
-    if (posted) {
-      PostUiTask(task);
-    } else {
-      RunOnUiThread(task);
-    }
+    hold_.Answer(
+        [serial = serial_](BrowserImpl* browser) {
+          browser->printing()->DialogAnswered(serial);
+        },
+        posted);
   }
 
   BrowserHold hold_;

@@ -9,46 +9,23 @@
 #include <functional>
 #include <memory>
 
-#include <QJsonObject>
-#include <QString>
-
 #include "include/cef_frame.h"
 #include "include/cef_process_message.h"
+#include "libcef/browser/page_hook.h"
 
 namespace cefengine {
 
 class BrowserImpl;
 
-// One per browser, owned by it. Engine UI thread, OnAttached first and
-// OnDetached last.
-class RenderSide {
+// One per browser, owned by it. Engine UI thread.
+class RenderSide : public PageHook {
  public:
-  virtual ~RenderSide() = default;
-
-  // The page is attached and still held (see NavigationPolicy::OnAttached).
-  virtual void OnAttached(BrowserImpl* browser) {}
-
-  // An out-of-process frame's session, still held: as OnAttached, for the
-  // frames it serves.
-  virtual void OnFrameSessionAttached(BrowserImpl* browser,
-                                      const QString& session_id) {}
-
-  // Each protocol event of the page; true consumes it.
-  virtual bool OnPageEvent(BrowserImpl* browser,
-                           const QString& method,
-                           const QJsonObject& params) {
-    return false;
-  }
-
   // A message the client sent to the render process through |frame|; at
   // once, while the client's send is still running. It must answer later
   // only (SendToBrowserProcess from a protocol reply or event).
   virtual void OnProcessMessage(BrowserImpl* browser,
                                 CefRefPtr<CefFrame> frame,
                                 CefRefPtr<CefProcessMessage> message) {}
-
-  // The page is going; nothing is called afterwards.
-  virtual void OnDetached(BrowserImpl* browser) {}
 };
 
 using RenderSideFactory =

@@ -38,22 +38,18 @@ class JSDialogCallbackImpl : public CefJSDialogCallback {
       : browser_(std::move(browser)), serial_(serial) {}
 
   ~JSDialogCallbackImpl() override {
-    if (CefRefPtr<BrowserImpl> browser = browser_.Take()) {
-      // Posted: the last reference may go inside ScriptDialogs itself.
-      PostUiTask([browser, serial = serial_] {
-        browser->script_dialogs()->Answer(serial, false, QString());
-      });
-    }
+    browser_.Answer(
+        [serial = serial_](BrowserImpl* browser) {
+          browser->script_dialogs()->Answer(serial, false, QString());
+        },
+        true);
   }
 
   // Any thread.
   void Continue(bool success, const CefString& user_input) override {
-    CefRefPtr<BrowserImpl> browser = browser_.Take();
-    if (!browser) {
-      return;
-    }
-    const QString input = QString::fromStdString(user_input.ToString());
-    RunOnUiThread([browser, serial = serial_, success, input] {
+    browser_.Answer([serial = serial_, success,
+                     input = QString::fromStdString(user_input.ToString())](
+                        BrowserImpl* browser) {
       browser->script_dialogs()->Answer(serial, success, input);
     });
   }
