@@ -84,6 +84,28 @@ std::set<int> Descendants() {
   return found;
 }
 
+CefRefPtr<CefBrowser> OpenBrowser(CefRefPtr<TestClient> client, const std::string& url,
+                                  CefRefPtr<CefRequestContext> context) {
+  CefWindowInfo window_info;
+  window_info.SetAsWindowless(kNullWindowHandle);
+  const size_t before = client->count();
+  if (!CefBrowserHost::CreateBrowser(window_info, client, url, CefBrowserSettings(), nullptr,
+                                     context)) {
+    return nullptr;
+  }
+  if (!client->WaitFor("created ", before)) return nullptr;
+  const Events events = client->events();
+  CefRefPtr<CefBrowser> browser =
+      client->browser_by_id(std::stoi(events[TestClient::Find(events, "created ", before)].substr(8)));
+  // The client hears of the browser before its page exists.
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (browser && !Impl(browser)->devtools()) {
+    if (std::chrono::steady_clock::now() > deadline) return nullptr;
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  return browser;
+}
+
 void StopEngine(CefRefPtr<TestClient> client) {
   while (CefRefPtr<CefBrowser> browser = client->browser()) {
     const size_t open = client->open_browsers();

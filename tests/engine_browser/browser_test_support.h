@@ -214,20 +214,10 @@ inline bool StartEngine(const std::function<void(CefSettings&)>& adjust = {}) {
   return CefInitialize(CefMainArgs(0, nullptr), settings, nullptr, nullptr);
 }
 
-// Creates a browser and waits for OnAfterCreated; null if it never came.
-inline CefRefPtr<CefBrowser> OpenBrowser(CefRefPtr<TestClient> client, const std::string& url,
-                                         CefRefPtr<CefRequestContext> context = nullptr) {
-  CefWindowInfo window_info;
-  window_info.SetAsWindowless(kNullWindowHandle);
-  const size_t before = client->count();
-  if (!CefBrowserHost::CreateBrowser(window_info, client, url, CefBrowserSettings(), nullptr,
-                                     context)) {
-    return nullptr;
-  }
-  if (!client->WaitFor("created ", before)) return nullptr;
-  const Events events = client->events();
-  return client->browser_by_id(std::stoi(events[TestClient::Find(events, "created ", before)].substr(8)));
-}
+// Creates a browser and waits for OnAfterCreated and then for its page to
+// be attached; null if either never came.
+CefRefPtr<CefBrowser> OpenBrowser(CefRefPtr<TestClient> client, const std::string& url,
+                                  CefRefPtr<CefRequestContext> context = nullptr);
 
 // Process ids of this process's descendants.
 std::set<int> Descendants();

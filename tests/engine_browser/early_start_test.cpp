@@ -173,6 +173,7 @@ TEST(EarlyStart, EngineThreadRunsOnWhileChromiumStarts) {
     CefRefPtr<TestClient> client = new TestClient;
     CefWindowInfo window_info;
     window_info.SetAsWindowless(kNullWindowHandle);
+    const auto created = std::chrono::steady_clock::now();
     ASSERT_TRUE(CefBrowserHost::CreateBrowser(window_info, client, "data:text/html,slow",
                                               CefBrowserSettings(), nullptr, nullptr));
     cef_runtime_test::Signal ran;
@@ -184,7 +185,25 @@ TEST(EarlyStart, EngineThreadRunsOnWhileChromiumStarts) {
     ASSERT_TRUE(ran.Wait());
     EXPECT_LT(std::chrono::steady_clock::now() - posted, std::chrono::seconds(3))
         << "the task ran before Chromium was up";
-    EXPECT_TRUE(client->WaitFor("load-end 0 data:text/html,slow"));
+
+    // The client has the browser, with its main frame, before Chromium is
+    // up; what it asks meanwhile is done once the page is there.
+    ASSERT_TRUE(client->WaitFor("created "));
+    EXPECT_LT(std::chrono::steady_clock::now() - created, std::chrono::seconds(3))
+        << "OnAfterCreated waited for Chromium";
+    const Events events = client->events();
+    CefRefPtr<CefBrowser> browser =
+        client->browser_by_id(std::stoi(events[TestClient::Find(events, "created ")].substr(8)));
+    ASSERT_TRUE(browser);
+    CefRefPtr<CefFrame> main = browser->GetMainFrame();
+    ASSERT_TRUE(main);
+    EXPECT_TRUE(main->IsMain());
+    EXPECT_FALSE(Impl(browser)->devtools()) << "the page came before Chromium";
+    main->LoadURL("data:text/html,later");
+    EXPECT_TRUE(client->WaitFor("load-end 0 data:text/html,later"));
+    EXPECT_EQ(browser->GetMainFrame()->GetURL().ToString(), "data:text/html,later");
+    browser = nullptr;
+    main = nullptr;
     StopEngine(client);
   });
 }

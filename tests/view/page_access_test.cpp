@@ -61,6 +61,16 @@ TEST(PageAccess, ScriptsGiveTheirValuesBothWaysAndTheSourceComesBack)
     EXPECT_TRUE(source.contains(QStringLiteral("<p id=\"p\">para</p>"))) << source.toStdString();
 }
 
+TEST(PageAccess, AScriptRightAfterTheFirstLoadWaitsForThePage)
+{
+    startEngine();
+    auto view = makeView(300, 200);
+    // load() returns once the browser exists, while Chromium may still be making the page: the
+    // script waits for it rather than getting lost.
+    view->load(htmlPage(QStringLiteral("<p>x</p>")));
+    EXPECT_EQ(view->runJavaScriptSync(QStringLiteral("6 * 7"), 20000ms), QVariant(42));
+}
+
 TEST(PageAccess, APageCallsHostMethodsByName)
 {
     startEngine();

@@ -173,7 +173,12 @@ void quitWithViewsAlive(const std::string& pidFile)
 
 TEST(PageView, QuittingWithViewsAliveLeavesNoChromium)
 {
-    const std::string pidFile = QDir::temp().filePath("brovia-view-children.txt").toStdString();
+    // One per frame source: the test runs once with each, maybe at the same time.
+    const std::string pidFile =
+        QDir::temp()
+            .filePath(QStringLiteral("brovia-view-children-%1.txt")
+                          .arg(QString::fromLocal8Bit(qgetenv("BROVIA_FRAME_SOURCE"))))
+            .toStdString();
     EXPECT_EXIT(quitWithViewsAlive(pidFile), ::testing::ExitedWithCode(0), "");
     std::ifstream in(pidFile);
     std::vector<pid_t> children;

@@ -73,8 +73,8 @@ class BrowserImpl : public CefBrowser, public UnsupportedHostCalls {
 
   // CefBrowserHost::CreateBrowser and CreateBrowserSync. Engine UI thread.
   // With |sync| it blocks until the page target exists and returns the
-  // browser after OnAfterCreated; otherwise OnAfterCreated follows once the
-  // page is attached. Null (logged) when Chromium cannot serve it.
+  // browser after OnAfterCreated; otherwise OnAfterCreated comes at once and
+  // the page follows. Null (logged) when Chromium cannot serve it.
   static CefRefPtr<BrowserImpl> Create(CreateParams params, bool sync);
   // A popup Chromium opened and attached for |opener|'s page. Engine UI
   // thread.

@@ -8,6 +8,7 @@
 #include "include/cef_urlrequest.h"
 #include "include/cef_v8.h"
 #include "libcef/browser/browser_impl.h"
+#include "libcef/browser/page_hooks.h"
 #include "libcef/browser/render_side.h"
 #include "libcef/browser/ui_task.h"
 #include "libcef/page_scripts.h"
@@ -24,7 +25,17 @@ thread_local int tls_render_side_deliveries = 0;
 FrameImpl::FrameImpl(CefRefPtr<BrowserImpl> browser,
                      const QString& id,
                      const QString& parent_id)
-    : id_(id), parent_id_(parent_id), browser_(std::move(browser)) {}
+    : parent_id_(parent_id), browser_(std::move(browser)), id_(id) {}
+
+QString FrameImpl::id() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return id_;
+}
+
+void FrameImpl::TakeId(const QString& id) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  id_ = id;
+}
 
 void FrameImpl::SetCommitted(const std::string& url, const std::string& name) {
   std::lock_guard<std::mutex> lock(mutex_);
@@ -89,7 +100,7 @@ void FrameImpl::Visit(const char* script_file,
     return;
   }
   // A frame that cannot answer still visits, with nothing.
-  browser_->Evaluate(id_, ScriptSource(script_file),
+  browser_->Evaluate(id(), ScriptSource(script_file),
                      [visitor](const QJsonValue& value, const QString& error) {
                        visitor->Visit(value.toString().toStdString());
                      });
@@ -118,7 +129,7 @@ void FrameImpl::LoadRequest(CefRefPtr<CefRequest> request) {
 
 void FrameImpl::LoadURL(const CefString& url) {
   if (IsValid()) {
-    browser_->Navigate(IsMain() ? QString() : id_, url.ToString());
+    browser_->Navigate(IsMain() ? QString() : id(), url.ToString());
   }
 }
 
@@ -126,7 +137,7 @@ void FrameImpl::ExecuteJavaScript(const CefString& code,
                                   const CefString& script_url,
                                   int start_line) {
   if (IsValid()) {
-    browser_->ExecuteJavaScript(id_, QString::fromStdString(code.ToString()),
+    browser_->ExecuteJavaScript(id(), QString::fromStdString(code.ToString()),
                                 QString::fromStdString(script_url.ToString()),
                                 start_line);
   }
@@ -147,7 +158,7 @@ CefString FrameImpl::GetName() {
 }
 
 CefString FrameImpl::GetIdentifier() {
-  return id_.toStdString();
+  return id().toStdString();
 }
 
 CefRefPtr<CefFrame> FrameImpl::GetParent() {
@@ -193,11 +204,12 @@ void FrameImpl::SendProcessMessage(CefProcessId target_process,
     if (!self->browser_->IsValid()) {
       return;
     }
-    if (RenderSide* render_side = self->browser_->render_side()) {
-      ++tls_render_side_deliveries;
-      render_side->OnProcessMessage(self->browser_.get(), self, message);
-      --tls_render_side_deliveries;
-    }
+    self->browser_->hooks()->ToRenderSide(
+        [self, message](RenderSide* render_side) {
+          ++tls_render_side_deliveries;
+          render_side->OnProcessMessage(self->browser_.get(), self, message);
+          --tls_render_side_deliveries;
+        });
   };
   // The render side only ever answers later, from the page: on the engine UI
   // thread it takes the message at once, which spares a script a turn of the

@@ -20,8 +20,13 @@ class FrameImpl : public CefFrame {
             const QString& id,
             const QString& parent_id);
 
-  const QString& id() const { return id_; }
+  // Empty for the main frame of a browser whose page is not made yet. Any
+  // thread.
+  QString id() const;
   const QString& parent_id() const { return parent_id_; }
+  // The page came: the main frame the client already has takes its id.
+  // Engine UI thread.
+  void TakeId(const QString& id);
 
   // Engine UI thread, from the page's events.
   void SetCommitted(const std::string& url, const std::string& name);
@@ -66,11 +71,11 @@ class FrameImpl : public CefFrame {
   void Edit(const char* command);
   void Visit(const char* script_file, CefRefPtr<CefStringVisitor> visitor);
 
-  const QString id_;
   const QString parent_id_;
   // The browser drops its frames when it closes, which ends the cycle.
   const CefRefPtr<BrowserImpl> browser_;
   mutable std::mutex mutex_;
+  QString id_;
   std::string url_;
   std::string name_;
   bool valid_ = true;

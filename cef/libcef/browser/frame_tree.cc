@@ -57,9 +57,18 @@ std::vector<CefString> FrameTree::Names() const {
 
 CefRefPtr<FrameImpl> FrameTree::Add(const QString& id,
                                     const QString& parent_id) {
-  CefRefPtr<FrameImpl> frame = new FrameImpl(browser_, id, parent_id);
   CefRefPtr<FrameImpl> replaced;
   std::lock_guard<std::mutex> lock(mutex_);
+  if (parent_id.isEmpty() && !closed_ && main_frame_ &&
+      main_frame_->id().isEmpty()) {
+    // The main frame the client had before the page existed becomes the
+    // page's.
+    frames_.erase(QString());
+    main_frame_->TakeId(id);
+    frames_[id] = main_frame_;
+    return main_frame_;
+  }
+  CefRefPtr<FrameImpl> frame = new FrameImpl(browser_, id, parent_id);
   if (closed_) {
     frame->Invalidate();
     return frame;

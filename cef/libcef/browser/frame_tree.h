@@ -35,8 +35,9 @@ class FrameTree {
   std::vector<CefString> Names() const;
 
   // A frame the page attached; without |parent_id| the page's main frame,
-  // which replaces the one of a page made anew. Once closed, the frame is
-  // made invalid at once.
+  // which is the one the client had before the page existed (made with an
+  // empty id), or replaces the one of a page made anew. Once closed, the
+  // frame is made invalid at once.
   CefRefPtr<FrameImpl> Add(const QString& id, const QString& parent_id);
   // A frame the page detached; never the main frame.
   void Remove(const QString& id);

@@ -46,13 +46,27 @@ bool PageAttacher::Start(bool sync, const std::string& url) {
                  << (initial_url.empty() ? "the page" : initial_url);
       return false;
     }
-    return CreateTarget(true, url);
+    if (!url.empty()) {
+      browser_->Navigate(QString(), url);
+    }
+    return CreateTarget(true);
   }
+  // As in CEF, the client has the browser at once, with a main frame, and
+  // what it asks of the page waits until the page is attached: a host that
+  // waits for the browser is not held up by Chromium's start.
+  if (!browser_->frames()->Main()) {
+    browser_->frames()->Add(QString(), QString());
+  }
+  // First in the page's queue: what the client asks meanwhile comes after.
+  if (!url.empty()) {
+    browser_->Navigate(QString(), url);
+  }
+  NotifyAfterCreated();
   // Chromium may still be starting (it starts with the engine): the page is
   // made once it runs, and the engine UI thread goes on meanwhile.
   CefRefPtr<BrowserImpl> self(browser_);
   chromium->WhenStarted(
-      browser_->device_scale_factor(), [self, this, url](bool started) {
+      browser_->device_scale_factor(), [self, this](bool started) {
         if (!started) {
           const std::string& initial_url = self->initial_url();
           LOG(ERROR) << "CefBrowserHost::CreateBrowser: no Chromium to show "
@@ -62,7 +76,7 @@ bool PageAttacher::Start(bool sync, const std::string& url) {
         }
         // Closed while Chromium started.
         if (self->IsValid()) {
-          CreateTarget(false, url);
+          CreateTarget(false);
         }
       });
   return true;
@@ -77,18 +91,15 @@ void PageAttacher::OnCreateFailed() {
   }
 }
 
-bool PageAttacher::CreateTarget(bool sync, const std::string& url) {
+bool PageAttacher::CreateTarget(bool sync) {
   ChromiumInstance* chromium = browser_->chromium();
   browser_->view()->set_chromium_scale_factor(chromium->scale_factor());
-  if (!url.empty()) {
-    browser_->Navigate(QString(), url);
-  }
   std::shared_ptr<DevToolsSession> session = chromium->session();
   if (!session) {
     // Died in the instant since it answered.
     LOG(ERROR) << "CefBrowserHost::CreateBrowser: Chromium went away";
     if (!sync) {
-      browser_->Destroy(false);
+      OnCreateFailed();
     }
     return false;
   }
@@ -119,7 +130,7 @@ bool PageAttacher::CreateTarget(bool sync, const std::string& url) {
             LOG(ERROR) << "CefBrowserHost::CreateBrowser: Chromium made no "
                           "page: "
                        << error.toStdString();
-            self->Destroy(false);
+            OnCreateFailed();
             return;
           }
           OnTargetCreated(target);
@@ -288,16 +299,21 @@ void PageAttacher::FinishAttach() {
 }
 
 void PageAttacher::NotifyAfterCreated() {
-  if (after_created_) {
+  if (!after_created_) {
+    after_created_ = true;
+    CefRefPtr<CefClient> client = browser_->client();
+    if (CefRefPtr<CefLifeSpanHandler> life_span =
+            client ? client->GetLifeSpanHandler() : nullptr) {
+      life_span->OnAfterCreated(browser_);
+    }
+  }
+  // The frame observer comes with the page, which may follow the client's
+  // notice.
+  if (observer_told_) {
     return;
   }
-  after_created_ = true;
-  CefRefPtr<CefClient> client = browser_->client();
-  if (CefRefPtr<CefLifeSpanHandler> life_span =
-          client ? client->GetLifeSpanHandler() : nullptr) {
-    life_span->OnAfterCreated(browser_);
-  }
   if (RenderObserver* observer = browser_->render_observer()) {
+    observer_told_ = true;
     observer->OnAfterCreated(browser_);
   }
 }

@@ -24,6 +24,14 @@ void PageHooks::Attach() {
   if (render_side_) {
     render_side_->OnAttached(browser_);
   }
+  attached_before_ = true;
+  std::vector<std::function<void(RenderSide*)>> waiting;
+  waiting.swap(waiting_);
+  for (const auto& delivery : waiting) {
+    if (render_side_) {
+      delivery(render_side_.get());
+    }
+  }
   if (RenderObserverFactory factory = GetRenderObserverFactory()) {
     render_observer_ = factory(browser_);
   }
@@ -33,6 +41,7 @@ void PageHooks::Attach() {
 }
 
 void PageHooks::Detach() {
+  waiting_.clear();
   if (navigation_policy_) {
     navigation_policy_->OnDetached(browser_);
     navigation_policy_.reset();
@@ -48,9 +57,18 @@ void PageHooks::Detach() {
 }
 
 void PageHooks::Release() {
+  waiting_.clear();
   navigation_policy_.reset();
   render_side_.reset();
   render_observer_.reset();
+}
+
+void PageHooks::ToRenderSide(std::function<void(RenderSide*)> delivery) {
+  if (render_side_) {
+    delivery(render_side_.get());
+  } else if (!attached_before_) {
+    waiting_.push_back(std::move(delivery));
+  }
 }
 
 bool PageHooks::TakeEvent(const QString& method, const QJsonObject& params) {

@@ -5,7 +5,9 @@
 #ifndef CEF_LIBCEF_BROWSER_PAGE_HOOKS_H_
 #define CEF_LIBCEF_BROWSER_PAGE_HOOKS_H_
 
+#include <functional>
 #include <memory>
+#include <vector>
 
 #include <QJsonObject>
 #include <QString>
@@ -43,11 +45,20 @@ class PageHooks {
   // it.
   bool TakeEvent(const QString& method, const QJsonObject& params);
 
+  // Hands |delivery| to the render side: at once while the page is
+  // attached; once it is, while the browser's first page is being made (a
+  // render process takes what was sent before it ran); else never.
+  void ToRenderSide(std::function<void(RenderSide*)> delivery);
+
  private:
   BrowserImpl* const browser_;
   std::unique_ptr<NavigationPolicy> navigation_policy_;
   std::unique_ptr<RenderSide> render_side_;
   std::unique_ptr<RenderObserver> render_observer_;
+  // A page was attached before.
+  bool attached_before_ = false;
+  // Deliveries waiting for the first page.
+  std::vector<std::function<void(RenderSide*)>> waiting_;
 };
 
 }  // namespace cefengine

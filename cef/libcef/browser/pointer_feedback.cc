@@ -74,7 +74,12 @@ PointerFeedback::CssCursor PointerFeedback::ParseCursor(const QString& css) {
       QStringLiteral(R"re(^\s*url\(\s*"((?:[^"\\]|\\.)*)"\s*\)\s*)re"
                      R"re((?:(-?[\d.]+)\s+(-?[\d.]+)\s*)?,)re"));
   CssCursor cursor;
-  QRegularExpressionMatch match = kImage.match(css);
+  // Most cursors are a keyword alone: no expression runs for them, which
+  // also spares the engine thread Qt's per-thread matching state while a
+  // host exits with its views open.
+  const QRegularExpressionMatch match =
+      css.contains(QLatin1String("url(")) ? kImage.match(css)
+                                          : QRegularExpressionMatch();
   if (match.hasMatch()) {
     cursor.image_url = match.captured(1);
     cursor.image_url.replace(QRegularExpression(QStringLiteral(R"re(\\(.))re")),

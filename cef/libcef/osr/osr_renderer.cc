@@ -104,6 +104,8 @@ void OsrRenderer::AttachX11(BrowserImpl* browser) {
   // first (a popup the page opened lies where the page wanted it).
   DevToolsSession* session = browser->devtools();
   CefRefPtr<BrowserImpl> self(browser);
+  // The replies may come after the page, and this renderer with it, went.
+  std::weak_ptr<bool> alive = alive_;
   const QString target = browser->target_id();
   const float scale = browser->chromium()->scale_factor();
   int left = 0, top = 0;
@@ -111,10 +113,10 @@ void OsrRenderer::AttachX11(BrowserImpl* browser) {
   session->sendCommand(
       QStringLiteral("Browser.getWindowForTarget"),
       QJsonObject{{"targetId", target}}, QString(),
-      [self, this, left, top, scale, target](const QJsonObject& result,
+      [self, this, alive, left, top, scale, target](const QJsonObject& result,
                                             const QJsonObject& error) {
         DevToolsSession* session = self->devtools();
-        if (!x11_ || !session || !error.isEmpty())
+        if (alive.expired() || !x11_ || !session || !error.isEmpty())
           return;
         const int window = result.value(QLatin1String("windowId")).toInt();
         session->sendCommand(
@@ -122,17 +124,17 @@ void OsrRenderer::AttachX11(BrowserImpl* browser) {
             QJsonObject{{"windowId", window},
                         {"bounds", QJsonObject{{"left", left}, {"top", top}}}},
             QString(),
-            [self, this, target, scale](const QJsonObject&,
+            [self, this, alive, target, scale](const QJsonObject&,
                                         const QJsonObject&) {
               DevToolsSession* session = self->devtools();
-              if (!x11_ || !session)
+              if (alive.expired() || !x11_ || !session)
                 return;
               session->sendCommand(
                   QStringLiteral("Browser.getWindowForTarget"),
                   QJsonObject{{"targetId", target}}, QString(),
-                  [self, this, scale](const QJsonObject& result,
+                  [self, this, alive, scale](const QJsonObject& result,
                                       const QJsonObject& error) {
-                    if (!x11_ || !error.isEmpty())
+                    if (alive.expired() || !x11_ || !error.isEmpty())
                       return;
                     const QJsonObject bounds =
                         result.value(QLatin1String("bounds")).toObject();

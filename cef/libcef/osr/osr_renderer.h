@@ -55,6 +55,8 @@ class OsrRenderer : public RenderObserver {
   std::unique_ptr<X11Source> x11_;
   // A frame was dropped before OnAfterCreated: the next goes out whole.
   std::shared_ptr<bool> owe_frame_ = std::make_shared<bool>(false);
+  // Held only by this renderer: replies that come later find it gone.
+  const std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace cefengine
