@@ -223,9 +223,25 @@ class BrowserImpl : public CefBrowser, public UnsupportedHostCalls {
   // everything else, without callbacks. After the engine threads ended.
   void ReleaseAfterShutdown();
 
-  // --- CefBrowser ------------------------------------------------------
-  bool IsValid() override;
+  // --- CefBrowser and CefBrowserHost, by the part that serves them -----
+
+  // The browser itself.
   CefRefPtr<CefBrowserHost> GetHost() override;
+  CefRefPtr<CefBrowser> GetBrowser() override;
+  bool IsValid() override;
+  int GetIdentifier() override;
+  bool IsSame(CefRefPtr<CefBrowser> that) override;
+  bool IsPopup() override;
+  CefRefPtr<CefClient> GetClient() override;
+  CefRefPtr<CefRequestContext> GetRequestContext() override;
+  bool IsWindowRenderingDisabled() override;
+  cef_runtime_style_t GetRuntimeStyle() override;
+
+  // Closing: BrowserCloser.
+  void CloseBrowser(bool force_close) override;
+  bool TryCloseBrowser() override;
+
+  // Navigation and history: PageNavigation.
   bool CanGoBack() override;
   void GoBack() override;
   bool CanGoForward() override;
@@ -234,10 +250,12 @@ class BrowserImpl : public CefBrowser, public UnsupportedHostCalls {
   void Reload() override;
   void ReloadIgnoreCache() override;
   void StopLoad() override;
-  int GetIdentifier() override;
-  bool IsSame(CefRefPtr<CefBrowser> that) override;
-  bool IsPopup() override;
   bool HasDocument() override;
+  void GetNavigationEntries(CefRefPtr<CefNavigationEntryVisitor> visitor,
+                            bool current_only) override;
+  CefRefPtr<CefNavigationEntry> GetVisibleNavigationEntry() override;
+
+  // Frames: FrameTree.
   CefRefPtr<CefFrame> GetMainFrame() override;
   CefRefPtr<CefFrame> GetFocusedFrame() override;
   CefRefPtr<CefFrame> GetFrameByIdentifier(const CefString& identifier) override;
@@ -246,47 +264,24 @@ class BrowserImpl : public CefBrowser, public UnsupportedHostCalls {
   void GetFrameIdentifiers(std::vector<CefString>& identifiers) override;
   void GetFrameNames(std::vector<CefString>& names) override;
 
-  // --- CefBrowserHost --------------------------------------------------
-  CefRefPtr<CefBrowser> GetBrowser() override;
-  void CloseBrowser(bool force_close) override;
-  bool TryCloseBrowser() override;
-  void SetFocus(bool focus) override;
-  CefRefPtr<CefClient> GetClient() override;
-  CefRefPtr<CefRequestContext> GetRequestContext() override;
-  bool CanZoom(cef_zoom_command_t command) override;
-  void Zoom(cef_zoom_command_t command) override;
-  double GetDefaultZoomLevel() override;
-  double GetZoomLevel() override;
-  void SetZoomLevel(double zoomLevel) override;
-  void RunFileDialog(FileDialogMode mode,
-                     const CefString& title,
-                     const CefString& default_file_path,
-                     const std::vector<CefString>& accept_filters,
-                     CefRefPtr<CefRunFileDialogCallback> callback) override;
-  void StartDownload(const CefString& url) override;
-  void Print() override;
-  void PrintToPDF(const CefString& path,
-                  const CefPdfPrintSettings& settings,
-                  CefRefPtr<CefPdfPrintCallback> callback) override;
-  void Find(const CefString& searchText,
-            bool forward,
-            bool matchCase,
-            bool findNext) override;
-  void StopFinding(bool clearSelection) override;
-  void ShowDevTools(const CefWindowInfo& windowInfo,
-                    CefRefPtr<CefClient> client,
-                    const CefBrowserSettings& settings,
-                    const CefPoint& inspect_element_at) override;
-  void CloseDevTools() override;
-  bool HasDevTools() override;
-  void GetNavigationEntries(CefRefPtr<CefNavigationEntryVisitor> visitor,
-                            bool current_only) override;
-  bool IsWindowRenderingDisabled() override;
+  // The view, its size, visibility and frame rate: BrowserView.
   void WasResized() override;
   void WasHidden(bool hidden) override;
   void NotifyScreenInfoChanged() override;
   void Invalidate(PaintElementType type) override;
   void SendExternalBeginFrame() override;
+  int GetWindowlessFrameRate() override;
+  void SetWindowlessFrameRate(int frame_rate) override;
+
+  // Zoom: PageZoom.
+  bool CanZoom(cef_zoom_command_t command) override;
+  void Zoom(cef_zoom_command_t command) override;
+  double GetDefaultZoomLevel() override;
+  double GetZoomLevel() override;
+  void SetZoomLevel(double zoomLevel) override;
+
+  // Focus, keys, mouse, touch, the input method and drags: PageInput.
+  void SetFocus(bool focus) override;
   void SendKeyEvent(const CefKeyEvent& event) override;
   void SendMouseClickEvent(const CefMouseEvent& event,
                            MouseButtonType type,
@@ -297,8 +292,6 @@ class BrowserImpl : public CefBrowser, public UnsupportedHostCalls {
                            int deltaX,
                            int deltaY) override;
   void SendTouchEvent(const CefTouchEvent& event) override;
-  int GetWindowlessFrameRate() override;
-  void SetWindowlessFrameRate(int frame_rate) override;
   void ImeSetComposition(const CefString& text,
                          const std::vector<CefCompositionUnderline>& underlines,
                          const CefRange& replacement_range,
@@ -317,9 +310,34 @@ class BrowserImpl : public CefBrowser, public UnsupportedHostCalls {
   void DragTargetDrop(const CefMouseEvent& event) override;
   void DragSourceEndedAt(int x, int y, DragOperationsMask op) override;
   void DragSourceSystemDragEnded() override;
-  CefRefPtr<CefNavigationEntry> GetVisibleNavigationEntry() override;
+
+  // File dialogs, printing, find, downloads: FileDialogs, Printing, FindInPage, ScriptRunner.
+  void RunFileDialog(FileDialogMode mode,
+                     const CefString& title,
+                     const CefString& default_file_path,
+                     const std::vector<CefString>& accept_filters,
+                     CefRefPtr<CefRunFileDialogCallback> callback) override;
+  void Print() override;
+  void PrintToPDF(const CefString& path,
+                  const CefPdfPrintSettings& settings,
+                  CefRefPtr<CefPdfPrintCallback> callback) override;
+  void Find(const CefString& searchText,
+            bool forward,
+            bool matchCase,
+            bool findNext) override;
+  void StopFinding(bool clearSelection) override;
+  void StartDownload(const CefString& url) override;
+
+  // The inspector: Inspector.
+  void ShowDevTools(const CefWindowInfo& windowInfo,
+                    CefRefPtr<CefClient> client,
+                    const CefBrowserSettings& settings,
+                    const CefPoint& inspect_element_at) override;
+  void CloseDevTools() override;
+  bool HasDevTools() override;
+
+  // Whether the page answers: HangMonitor.
   bool IsRenderProcessUnresponsive() override;
-  cef_runtime_style_t GetRuntimeStyle() override;
 
  private:
   BrowserImpl(int id, CreateParams params);

@@ -89,6 +89,7 @@ void DevToolsBrowser::Close(bool tell_client) {
   released.swap(client_);
 }
 
+// --- What the inspector really does ---------------------------------------
 // --- CefBrowser ----------------------------------------------------------
 
 bool DevToolsBrowser::IsValid() {
@@ -99,28 +100,6 @@ bool DevToolsBrowser::IsValid() {
 CefRefPtr<CefBrowserHost> DevToolsBrowser::GetHost() {
   return this;
 }
-
-bool DevToolsBrowser::CanGoBack() {
-  return false;
-}
-
-void DevToolsBrowser::GoBack() {}
-
-bool DevToolsBrowser::CanGoForward() {
-  return false;
-}
-
-void DevToolsBrowser::GoForward() {}
-
-bool DevToolsBrowser::IsLoading() {
-  return false;
-}
-
-void DevToolsBrowser::Reload() {}
-
-void DevToolsBrowser::ReloadIgnoreCache() {}
-
-void DevToolsBrowser::StopLoad() {}
 
 int DevToolsBrowser::GetIdentifier() {
   return id_;
@@ -134,40 +113,6 @@ bool DevToolsBrowser::IsPopup() {
   return true;
 }
 
-bool DevToolsBrowser::HasDocument() {
-  return false;
-}
-
-CefRefPtr<CefFrame> DevToolsBrowser::GetMainFrame() {
-  return nullptr;
-}
-
-CefRefPtr<CefFrame> DevToolsBrowser::GetFocusedFrame() {
-  return nullptr;
-}
-
-CefRefPtr<CefFrame> DevToolsBrowser::GetFrameByIdentifier(
-    const CefString& identifier) {
-  return nullptr;
-}
-
-CefRefPtr<CefFrame> DevToolsBrowser::GetFrameByName(const CefString& name) {
-  return nullptr;
-}
-
-size_t DevToolsBrowser::GetFrameCount() {
-  return 0;
-}
-
-void DevToolsBrowser::GetFrameIdentifiers(std::vector<CefString>& identifiers) {
-  identifiers.clear();
-}
-
-void DevToolsBrowser::GetFrameNames(std::vector<CefString>& names) {
-  names.clear();
-}
-
-// --- CefBrowserHost ------------------------------------------------------
 
 CefRefPtr<CefBrowser> DevToolsBrowser::GetBrowser() {
   return this;
@@ -188,157 +133,9 @@ bool DevToolsBrowser::TryCloseBrowser() {
   return true;
 }
 
-void DevToolsBrowser::SetFocus(bool focus) {}
-
 CefRefPtr<CefClient> DevToolsBrowser::GetClient() {
   std::lock_guard<std::mutex> lock(mutex_);
   return client_;
-}
-
-CefRefPtr<CefRequestContext> DevToolsBrowser::GetRequestContext() {
-  return nullptr;
-}
-
-bool DevToolsBrowser::CanZoom(cef_zoom_command_t command) {
-  return false;
-}
-
-void DevToolsBrowser::Zoom(cef_zoom_command_t command) {}
-
-double DevToolsBrowser::GetDefaultZoomLevel() {
-  return 0;
-}
-
-double DevToolsBrowser::GetZoomLevel() {
-  return 0;
-}
-
-void DevToolsBrowser::SetZoomLevel(double zoomLevel) {}
-
-void DevToolsBrowser::RunFileDialog(
-    FileDialogMode mode,
-    const CefString& title,
-    const CefString& default_file_path,
-    const std::vector<CefString>& accept_filters,
-    CefRefPtr<CefRunFileDialogCallback> callback) {
-  // As for a dialog the user dismissed.
-  if (callback) {
-    CefRefPtr<CefRunFileDialogCallback> held = callback;
-    PostUiTask([held] { held->OnFileDialogDismissed({}); });
-  }
-}
-
-void DevToolsBrowser::StartDownload(const CefString& url) {}
-
-void DevToolsBrowser::Print() {}
-
-void DevToolsBrowser::PrintToPDF(const CefString& path,
-                                 const CefPdfPrintSettings& settings,
-                                 CefRefPtr<CefPdfPrintCallback> callback) {
-  if (callback) {
-    CefRefPtr<CefPdfPrintCallback> held = callback;
-    const CefString file = path;
-    PostUiTask([held, file] { held->OnPdfPrintFinished(file, false); });
-  }
-}
-
-void DevToolsBrowser::Find(const CefString& searchText,
-                           bool forward,
-                           bool matchCase,
-                           bool findNext) {}
-
-void DevToolsBrowser::StopFinding(bool clearSelection) {}
-
-void DevToolsBrowser::ShowDevTools(const CefWindowInfo& windowInfo,
-                                   CefRefPtr<CefClient> client,
-                                   const CefBrowserSettings& settings,
-                                   const CefPoint& inspect_element_at) {}
-
-void DevToolsBrowser::CloseDevTools() {}
-
-bool DevToolsBrowser::HasDevTools() {
-  return false;
-}
-
-void DevToolsBrowser::GetNavigationEntries(
-    CefRefPtr<CefNavigationEntryVisitor> visitor,
-    bool current_only) {}
-
-bool DevToolsBrowser::IsWindowRenderingDisabled() {
-  return false;
-}
-
-void DevToolsBrowser::WasResized() {}
-
-void DevToolsBrowser::WasHidden(bool hidden) {}
-
-void DevToolsBrowser::NotifyScreenInfoChanged() {}
-
-void DevToolsBrowser::Invalidate(PaintElementType type) {}
-
-void DevToolsBrowser::SendExternalBeginFrame() {}
-
-void DevToolsBrowser::SendKeyEvent(const CefKeyEvent& event) {}
-
-void DevToolsBrowser::SendMouseClickEvent(const CefMouseEvent& event,
-                                          MouseButtonType type,
-                                          bool mouseUp,
-                                          int clickCount) {}
-
-void DevToolsBrowser::SendMouseMoveEvent(const CefMouseEvent& event,
-                                         bool mouseLeave) {}
-
-void DevToolsBrowser::SendMouseWheelEvent(const CefMouseEvent& event,
-                                          int deltaX,
-                                          int deltaY) {}
-
-void DevToolsBrowser::SendTouchEvent(const CefTouchEvent& event) {}
-
-int DevToolsBrowser::GetWindowlessFrameRate() {
-  return 0;
-}
-
-void DevToolsBrowser::SetWindowlessFrameRate(int frame_rate) {}
-
-void DevToolsBrowser::ImeSetComposition(
-    const CefString& text,
-    const std::vector<CefCompositionUnderline>& underlines,
-    const CefRange& replacement_range,
-    const CefRange& selection_range) {}
-
-void DevToolsBrowser::ImeCommitText(const CefString& text,
-                                    const CefRange& replacement_range,
-                                    int relative_cursor_pos) {}
-
-void DevToolsBrowser::ImeFinishComposingText(bool keep_selection) {}
-
-void DevToolsBrowser::ImeCancelComposition() {}
-
-void DevToolsBrowser::DragTargetDragEnter(CefRefPtr<CefDragData> drag_data,
-                                          const CefMouseEvent& event,
-                                          DragOperationsMask allowed_ops) {}
-
-void DevToolsBrowser::DragTargetDragOver(const CefMouseEvent& event,
-                                         DragOperationsMask allowed_ops) {}
-
-void DevToolsBrowser::DragTargetDragLeave() {}
-
-void DevToolsBrowser::DragTargetDrop(const CefMouseEvent& event) {}
-
-void DevToolsBrowser::DragSourceEndedAt(int x, int y, DragOperationsMask op) {}
-
-void DevToolsBrowser::DragSourceSystemDragEnded() {}
-
-CefRefPtr<CefNavigationEntry> DevToolsBrowser::GetVisibleNavigationEntry() {
-  return nullptr;
-}
-
-bool DevToolsBrowser::IsRenderProcessUnresponsive() {
-  return false;
-}
-
-cef_runtime_style_t DevToolsBrowser::GetRuntimeStyle() {
-  return CEF_RUNTIME_STYLE_ALLOY;
 }
 
 }  // namespace cefengine
