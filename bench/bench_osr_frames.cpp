@@ -42,6 +42,7 @@
 #include "include/cef_request_context.h"
 #include "include/cef_task.h"
 #include "libcef/browser/browser_impl.h"
+#include "libcef/browser/script_runner.h"
 #include "libcef/browser/chromium_instance.h"
 #include "libcef/devtools/devtools_session.h"
 
@@ -226,7 +227,7 @@ CefRefPtr<CefBrowser> open(CefRefPtr<BenchClient> client, CefRefPtr<CefRequestCo
 double evaluateNumber(CefRefPtr<CefBrowser> browser, const char* expression) {
   auto* impl = static_cast<cefengine::BrowserImpl*>(browser.get());
   std::promise<double> value;
-  impl->Evaluate(QString(), QString::fromLatin1(expression), [&](const QJsonValue& result, const QString&) {
+  impl->scripts()->Evaluate(QString(), QString::fromLatin1(expression), [&](const QJsonValue& result, const QString&) {
     value.set_value(result.toDouble());
   });
   return value.get_future().get();

@@ -7,6 +7,7 @@
 #include "browser_test_support.h"
 #include "include/cef_string_visitor.h"
 #include "libcef/browser/browser_impl.h"
+#include "libcef/browser/script_runner.h"
 
 namespace engine_browser_test {
 namespace {
@@ -14,7 +15,7 @@ namespace {
 // A value of the main frame's script, or null when it failed or timed out.
 QJsonValue Evaluate(CefRefPtr<CefBrowser> browser, const std::string& expression) {
   auto result = std::make_shared<std::pair<QJsonValue, cef_runtime_test::Signal>>();
-  Impl(browser)->Evaluate(QString(), QString::fromStdString(expression),
+  Impl(browser)->scripts()->Evaluate(QString(), QString::fromStdString(expression),
                           [result](const QJsonValue& value, const QString&) {
                             result->first = value;
                             result->second.Notify();

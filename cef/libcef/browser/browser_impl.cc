@@ -360,29 +360,6 @@ void BrowserImpl::GetFrameNames(std::vector<CefString>& names) {
   names = frames_->Names();
 }
 
-// --- Scripts and navigation -----------------------------------------------
-
-void BrowserImpl::Navigate(const QString& frame_id, const std::string& url) {
-  navigation_->Navigate(frame_id, url);
-}
-
-void BrowserImpl::Evaluate(const QString& frame_id,
-                           const QString& expression,
-                           EvaluateCallback callback) {
-  scripts_->Evaluate(frame_id, expression, std::move(callback));
-}
-
-void BrowserImpl::ExecuteJavaScript(const QString& frame_id,
-                                    const QString& code,
-                                    const QString& script_url,
-                                    int start_line) {
-  scripts_->ExecuteJavaScript(frame_id, code, script_url, start_line);
-}
-
-void BrowserImpl::RunEditCommand(const char* command) {
-  input_->RunEditCommand(command);
-}
-
 // --- CefBrowserHost -------------------------------------------------------
 
 CefRefPtr<CefBrowser> BrowserImpl::GetBrowser() {

@@ -58,7 +58,6 @@ class ScriptDialogs;
 class BrowserImpl : public CefBrowser, public UnsupportedHostCalls {
  public:
   using CommandCallback = PageConnection::CommandCallback;
-  using EvaluateCallback = ScriptRunner::EvaluateCallback;
 
   struct CreateParams {
     CefRefPtr<CefClient> client;
@@ -162,6 +161,9 @@ class BrowserImpl : public CefBrowser, public UnsupportedHostCalls {
   PageConnection* connection() const { return connection_.get(); }
   FrameTree* frames() const { return frames_.get(); }
   PageNavigation* navigation() const { return navigation_.get(); }
+  // Scripts in the page's frames, and the page's editing commands.
+  ScriptRunner* scripts() const { return scripts_.get(); }
+  PageInput* input() const { return input_.get(); }
   BrowserView* view() const { return view_.get(); }
   BrowserCloser* closer() const { return closer_.get(); }
   PageAttacher* attacher() const { return attacher_.get(); }
@@ -206,18 +208,6 @@ class BrowserImpl : public CefBrowser, public UnsupportedHostCalls {
   void OnChromiumGone(cef_termination_status_t status,
                       int error_code,
                       const std::string& description);
-
-  // PageNavigation::Navigate, ScriptRunner's Evaluate and
-  // ExecuteJavaScript, PageInput::RunEditCommand. Any thread.
-  void Navigate(const QString& frame_id, const std::string& url);
-  void Evaluate(const QString& frame_id,
-                const QString& expression,
-                EvaluateCallback callback);
-  void ExecuteJavaScript(const QString& frame_id,
-                         const QString& code,
-                         const QString& script_url,
-                         int start_line);
-  void RunEditCommand(const char* command);
 
   // CefShutdown came with the browser open: lets go of the client and
   // everything else, without callbacks. After the engine threads ended.

@@ -8,6 +8,7 @@
 #include "include/cef_menu_model.h"
 #include "libcef/browser/browser_hold.h"
 #include "libcef/browser/engine_world.h"
+#include "libcef/browser/page_input.h"
 #include "libcef/browser/ui_task.h"
 #include "libcef/page_scripts.h"
 
@@ -265,7 +266,7 @@ void ContextMenus::RunDefault(int command_id) {
   }
   for (const auto& [id, command] : kEdits) {
     if (id == command_id) {
-      browser_->RunEditCommand(command);
+      browser_->input()->RunEditCommand(command);
     }
   }
 }

@@ -6,12 +6,12 @@ EngineWorld::EngineWorld(BrowserImpl* browser, QString name)
     : browser_(browser), name_(std::move(name)) {}
 
 void EngineWorld::Evaluate(const QString& expression,
-                           BrowserImpl::EvaluateCallback callback) {
+                           ScriptRunner::EvaluateCallback callback) {
   Run(expression, std::move(callback), true);
 }
 
 void EngineWorld::Run(const QString& expression,
-                      BrowserImpl::EvaluateCallback callback,
+                      ScriptRunner::EvaluateCallback callback,
                       bool may_retry) {
   // Holding the browser keeps |this|, its member, alive.
   CefRefPtr<BrowserImpl> browser(browser_);

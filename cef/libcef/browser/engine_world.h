@@ -7,6 +7,7 @@
 #include <QString>
 
 #include "libcef/browser/browser_impl.h"
+#include "libcef/browser/script_runner.h"
 
 namespace cefengine {
 
@@ -20,11 +21,11 @@ class EngineWorld {
   // Runs |expression| in the main frame's current document; the world is
   // made anew for each document.
   void Evaluate(const QString& expression,
-                BrowserImpl::EvaluateCallback callback);
+                ScriptRunner::EvaluateCallback callback);
 
  private:
   void Run(const QString& expression,
-           BrowserImpl::EvaluateCallback callback,
+           ScriptRunner::EvaluateCallback callback,
            bool may_retry);
 
   BrowserImpl* const browser_;

@@ -8,6 +8,9 @@
 #include "include/cef_urlrequest.h"
 #include "include/cef_v8.h"
 #include "libcef/browser/browser_impl.h"
+#include "libcef/browser/script_runner.h"
+#include "libcef/browser/page_navigation.h"
+#include "libcef/browser/page_input.h"
 #include "libcef/browser/page_hooks.h"
 #include "libcef/browser/render_side.h"
 #include "libcef/browser/ui_task.h"
@@ -60,7 +63,7 @@ bool FrameImpl::IsValid() {
 
 void FrameImpl::Edit(const char* command) {
   if (IsValid()) {
-    browser_->RunEditCommand(command);
+    browser_->input()->RunEditCommand(command);
   }
 }
 
@@ -100,7 +103,7 @@ void FrameImpl::Visit(const char* script_file,
     return;
   }
   // A frame that cannot answer still visits, with nothing.
-  browser_->Evaluate(id(), ScriptSource(script_file),
+  browser_->scripts()->Evaluate(id(), ScriptSource(script_file),
                      [visitor](const QJsonValue& value, const QString& error) {
                        visitor->Visit(value.toString().toStdString());
                      });
@@ -129,7 +132,8 @@ void FrameImpl::LoadRequest(CefRefPtr<CefRequest> request) {
 
 void FrameImpl::LoadURL(const CefString& url) {
   if (IsValid()) {
-    browser_->Navigate(IsMain() ? QString() : id(), url.ToString());
+    browser_->navigation()->Navigate(IsMain() ? QString() : id(),
+                                     url.ToString());
   }
 }
 
@@ -137,9 +141,9 @@ void FrameImpl::ExecuteJavaScript(const CefString& code,
                                   const CefString& script_url,
                                   int start_line) {
   if (IsValid()) {
-    browser_->ExecuteJavaScript(id(), QString::fromStdString(code.ToString()),
-                                QString::fromStdString(script_url.ToString()),
-                                start_line);
+    browser_->scripts()->ExecuteJavaScript(
+        id(), QString::fromStdString(code.ToString()),
+        QString::fromStdString(script_url.ToString()), start_line);
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include "include/base/cef_logging.h"
 #include "libcef/browser/browser_impl.h"
+#include "libcef/browser/page_navigation.h"
 #include "libcef/browser/browser_view.h"
 #include "libcef/browser/caret_reporter.h"
 #include "libcef/browser/chromium_instance.h"
@@ -47,7 +48,7 @@ bool PageAttacher::Start(bool sync, const std::string& url) {
       return false;
     }
     if (!url.empty()) {
-      browser_->Navigate(QString(), url);
+      browser_->navigation()->Navigate(QString(), url);
     }
     return CreateTarget(true);
   }
@@ -59,7 +60,7 @@ bool PageAttacher::Start(bool sync, const std::string& url) {
   }
   // First in the page's queue: what the client asks meanwhile comes after.
   if (!url.empty()) {
-    browser_->Navigate(QString(), url);
+    browser_->navigation()->Navigate(QString(), url);
   }
   NotifyAfterCreated();
   // Chromium may still be starting (it starts with the engine): the page is

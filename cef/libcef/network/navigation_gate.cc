@@ -4,6 +4,7 @@
 
 #include "include/cef_client.h"
 #include "libcef/browser/browser_impl.h"
+#include "libcef/browser/page_navigation.h"
 #include "libcef/browser/frame_impl.h"
 #include "libcef/browser/net_error.h"
 #include "libcef/browser/request_context_impl.h"
@@ -324,7 +325,7 @@ void NavigationGate::OnFrameRequestedNavigation(BrowserImpl* browser,
     if (!handler ||
         !handler->OnOpenURLFromTab(browser, FrameFor(browser, frame_id),
                                    url.toStdString(), target, true)) {
-      browser->Navigate(QString(), url.toStdString());
+      browser->navigation()->Navigate(QString(), url.toStdString());
     }
     return;
   }
