@@ -18,9 +18,11 @@
 #include "libcef/browser/browser_impl.h"
 #include "libcef/browser/chromium_instance.h"
 #include "libcef/osr/x_server.h"
+#include "paint_client.h"
 #include "x_windows.h"
 
 using cef_runtime_test::RunInFreshProcess;
+using namespace engine_osr_test;
 using namespace std::chrono_literals;
 
 namespace {
@@ -35,67 +37,10 @@ const char kPage[] = R"html(<body style="margin:0;background:#fefdfc">
 function step(t) { requestAnimationFrame(step); if (moving) box.style.left = (Math.floor(t / 8) % 280) + 'px'; }
 requestAnimationFrame(step);</script></body>)html";
 
-struct Paint {
-  QImage image;
-  std::vector<CefRect> rects;
-};
-
-class BoxClient : public CefClient, public CefLifeSpanHandler, public CefRenderHandler, public CefRequestHandler {
- public:
-  explicit BoxClient(int scale) : scale(scale) {}
-  CefRefPtr<CefLifeSpanHandler> GetLifeSpanHandler() override { return this; }
-  CefRefPtr<CefRenderHandler> GetRenderHandler() override { return this; }
-  CefRefPtr<CefRequestHandler> GetRequestHandler() override { return this; }
-  void OnRenderProcessTerminated(CefRefPtr<CefBrowser>, TerminationStatus, int, const CefString&) override {
-    update([&] { ++terminated; });
-  }
-  int terminated = 0;
-  void OnAfterCreated(CefRefPtr<CefBrowser> created) override { update([&] { browser = created; }); }
-  void OnBeforeClose(CefRefPtr<CefBrowser>) override { update([&] { browser = nullptr; }); }
-  void GetViewRect(CefRefPtr<CefBrowser>, CefRect& rect) override { rect = CefRect(0, 0, 320, 240); }
-  bool GetScreenInfo(CefRefPtr<CefBrowser>, CefScreenInfo& info) override {
-    info.device_scale_factor = scale;
-    return true;
-  }
-  void OnPaint(CefRefPtr<CefBrowser>, PaintElementType type, const RectList& rects, const void* buffer, int w,
-               int h) override {
-    if (type != PET_VIEW) return;
-    const QImage lent(static_cast<const uchar*>(buffer), w, h, w * 4, QImage::Format_ARGB32_Premultiplied);
-    update([&] { paints.push_back({lent.copy(), rects}); });
-  }
-  bool waitFor(const std::function<bool()>& done) {
-    std::unique_lock<std::mutex> lock(mutex);
-    return changed.wait_for(lock, 20s, done);
-  }
-  std::vector<Paint> snapshot() {
-    std::lock_guard<std::mutex> lock(mutex);
-    return paints;
-  }
-  void update(const std::function<void()>& change) {
-    std::lock_guard<std::mutex> lock(mutex);
-    change();
-    changed.notify_all();
-  }
-
-  const int scale;
-  std::mutex mutex;
-  std::condition_variable changed;
-  CefRefPtr<CefBrowser> browser;
-  std::vector<Paint> paints;
-  IMPLEMENT_REFCOUNTING(BoxClient);
-};
-
 void checkScale(int s) {
-  QTemporaryDir cache;  // a context of its own: its Chromium runs at this scale
-  CefRequestContextSettings contextSettings;
-  CefString(&contextSettings.cache_path) = cache.path().toStdString();
-  CefRefPtr<BoxClient> client = new BoxClient(s);
-  CefWindowInfo window;
-  window.SetAsWindowless(kNullWindowHandle);
-  CefBrowserSettings settings;
-  settings.windowless_frame_rate = 60;
-  ASSERT_TRUE(CefBrowserHost::CreateBrowser(window, client, "data:text/html," + QUrl::toPercentEncoding(kPage).toStdString(),
-                                            settings, nullptr, CefRequestContext::CreateContext(contextSettings, nullptr)));
+  QTemporaryDir cache;
+  CefRefPtr<PaintClient> client = new PaintClient(s);
+  ASSERT_TRUE(openPage(client, cache, kPage));
   ASSERT_TRUE(client->waitFor([&] {
     return client->browser && !client->paints.empty() && client->paints.back().image.size() == QSize(320 * s, 240 * s) &&
            client->paints.back().image.pixel(5 * s, 125 * s) == 0xff4d0101u;
@@ -152,12 +97,6 @@ void checkScale(int s) {
   EXPECT_TRUE(client->waitFor([&] { return client->browser == nullptr; }));
 }
 
-bool startEngine() {
-  CefSettings settings = cef_runtime_test::MakeSettings(true, false);
-  settings.windowless_rendering_enabled = true;
-  return CefInitialize(CefMainArgs(0, nullptr), settings, nullptr, nullptr);
-}
-
 }  // namespace
 
 TEST(FrameSourceTest, AnimatedBoxHasExactColoursAndPreciseDirtyRectsAtScale1And2) {
@@ -193,7 +132,7 @@ std::vector<pid_t> children(const QByteArray& name) {
 TEST(FrameSourceTest, APageWindowThatDisappearsIsReportedLikeAChromiumDeath) {
   RunInFreshProcess([] {
     ASSERT_TRUE(startEngine());
-    CefRefPtr<BoxClient> client = new BoxClient(1);
+    CefRefPtr<PaintClient> client = new PaintClient(1);
     CefWindowInfo window;
     window.SetAsWindowless(kNullWindowHandle);
     ASSERT_TRUE(CefBrowserHost::CreateBrowser(window, client, "data:text/html,<p>x", CefBrowserSettings(), nullptr,
@@ -222,7 +161,7 @@ TEST(FrameSourceTest, AnXServerThatDiesIsReportedLikeAChromiumDeath) {
     QTemporaryDir cache;
     CefRequestContextSettings contextSettings;
     CefString(&contextSettings.cache_path) = cache.path().toStdString();
-    CefRefPtr<BoxClient> client = new BoxClient(1);
+    CefRefPtr<PaintClient> client = new PaintClient(1);
     CefWindowInfo window;
     window.SetAsWindowless(kNullWindowHandle);
     ASSERT_TRUE(CefBrowserHost::CreateBrowser(window, client, "data:text/html,<p>x", CefBrowserSettings(), nullptr,

@@ -15,8 +15,10 @@
 #include "libcef/browser/browser_impl.h"
 #include "libcef/browser/chromium_instance.h"
 #include "libcef/devtools/devtools_session.h"
+#include "paint_client.h"
 
 using cef_runtime_test::RunInFreshProcess;
+using namespace engine_osr_test;
 using namespace std::chrono_literals;
 
 namespace {
@@ -31,91 +33,17 @@ const char kPage[] = R"(<body style="margin:0;background:#fe0102">
 <script>function paintCanvas() { const x = c.getContext('2d'); x.fillStyle = '#369'; x.fillRect(0, 0, 20, 20); }
 paintCanvas();</script></body>)";
 
-struct Paint {
-  QImage image;  // a copy of the lent buffer
-  std::vector<CefRect> rects;
-  bool onUiThread;
-};
-
-class OsrClient : public CefClient, public CefLifeSpanHandler, public CefRenderHandler {
- public:
-  explicit OsrClient(int scale) : scale(scale) {}
-  CefRefPtr<CefLifeSpanHandler> GetLifeSpanHandler() override { return this; }
-  CefRefPtr<CefRenderHandler> GetRenderHandler() override { return this; }
-  void OnAfterCreated(CefRefPtr<CefBrowser> created) override { update([&] { browser = created; }); }
-  void OnBeforeClose(CefRefPtr<CefBrowser>) override { update([&] { browser = nullptr; }); }
-  void GetViewRect(CefRefPtr<CefBrowser>, CefRect& rect) override { rect = CefRect(0, 0, width, 240); }
-  bool GetScreenInfo(CefRefPtr<CefBrowser>, CefScreenInfo& info) override {
-    info.device_scale_factor = scale;
-    return true;
-  }
-  void OnPaint(CefRefPtr<CefBrowser>, PaintElementType type, const RectList& rects, const void* buffer, int w,
-               int h) override {
-    const QImage lent(static_cast<const uchar*>(buffer), w, h, w * 4, QImage::Format_ARGB32_Premultiplied);
-    update([&] { paints.push_back({lent.copy(), rects, type == PET_VIEW && CefCurrentlyOn(TID_UI)}); });
-  }
-
-  // Waits (20 s at most) for |done|, which reads the members under the lock.
-  bool waitFor(const std::function<bool()>& done) {
-    std::unique_lock<std::mutex> lock(mutex);
-    return changed.wait_for(lock, 20s, done);
-  }
-  // The device pixel (x, y) of the last paint shows |rgb|.
-  bool waitForColour(int x, int y, QRgb rgb) {
-    return waitFor([&] {
-      return !paints.empty() && paints.back().image.rect().contains(x, y) &&
-             paints.back().image.pixel(x, y) == (rgb | 0xff000000u);
-    });
-  }
-  std::vector<Paint> snapshot() {
-    std::lock_guard<std::mutex> lock(mutex);
-    return paints;
-  }
-  CefRefPtr<CefBrowser> currentBrowser() {
-    std::lock_guard<std::mutex> lock(mutex);
-    return browser;
-  }
-  void update(const std::function<void()>& change) {
-    std::lock_guard<std::mutex> lock(mutex);
-    change();
-    changed.notify_all();
-  }
-
-  std::atomic<int> scale;
-  std::atomic<int> width{320};
-  std::mutex mutex;
-  std::condition_variable changed;
-  CefRefPtr<CefBrowser> browser;
-  std::vector<Paint> paints;
-  IMPLEMENT_REFCOUNTING(OsrClient);
-};
-
-// Starts the engine and opens the page in a context of its own, so that its Chromium runs at
-// the client's scale.
-void open(CefRefPtr<OsrClient> client, const QTemporaryDir& cache) {
-  CefRequestContextSettings contextSettings;
-  CefString(&contextSettings.cache_path) = cache.path().toStdString();
-  CefWindowInfo window;
-  window.SetAsWindowless(kNullWindowHandle);
-  CefBrowserSettings settings;
-  settings.windowless_frame_rate = 60;
-  ASSERT_TRUE(CefBrowserHost::CreateBrowser(window, client, "data:text/html," + QUrl::toPercentEncoding(kPage).toStdString(),
-                                            settings, nullptr, CefRequestContext::CreateContext(contextSettings, nullptr)));
-  ASSERT_TRUE(client->waitFor([&] { return client->browser != nullptr; }));
+// Opens the page and waits for its box.
+void open(CefRefPtr<PaintClient> client, const QTemporaryDir& cache) {
+  ASSERT_TRUE(openPage(client, cache, kPage));
   ASSERT_TRUE(client->waitForColour(210 * client->scale, 160 * client->scale, 0x00ff7f));
 }
 
 // Closes |client|'s browser, then stops the engine.
-void closeAndShutdown(CefRefPtr<OsrClient> client) {
+void closeAndShutdown(CefRefPtr<PaintClient> client) {
   client->currentBrowser()->GetHost()->CloseBrowser(true);
   EXPECT_TRUE(client->waitFor([&] { return client->browser == nullptr; }));
   CefShutdown();
-}
-
-bool startEngine() {
-  CefSettings settings = cef_runtime_test::MakeSettings(true, false);
-  settings.windowless_rendering_enabled = true;
-  return CefInitialize(CefMainArgs(0, nullptr), settings, nullptr, nullptr);
 }
 
 }  // namespace
@@ -124,7 +52,7 @@ TEST(OsrRendererTest, PaintsExactColoursAtDevicePixelsAtScale1And2) {
   RunInFreshProcess([] {
     ASSERT_TRUE(startEngine());
     QTemporaryDir caches[2];
-    const std::vector<CefRefPtr<OsrClient>> clients{new OsrClient(1), new OsrClient(2)};
+    const std::vector<CefRefPtr<PaintClient>> clients{new PaintClient(1), new PaintClient(2)};
     for (int i = 0; i < 2; ++i) {
       open(clients[i], caches[i]);
       const int s = clients[i]->scale;
@@ -148,7 +76,7 @@ TEST(OsrRendererTest, RepaintsWhatChangedNothingForTheSamePixelsAndWholeFramesWh
   RunInFreshProcess([] {
     ASSERT_TRUE(startEngine());
     QTemporaryDir cache;
-    CefRefPtr<OsrClient> client = new OsrClient(1);
+    CefRefPtr<PaintClient> client = new PaintClient(1);
     open(client, cache);
     CefRefPtr<CefBrowser> browser = client->currentBrowser();
 
@@ -212,7 +140,7 @@ TEST(OsrRendererTest, AChangedScaleFactorTakesEffectInTheSameChromium) {
   RunInFreshProcess([] {
     ASSERT_TRUE(startEngine());
     QTemporaryDir cache;
-    CefRefPtr<OsrClient> client = new OsrClient(1);
+    CefRefPtr<PaintClient> client = new PaintClient(1);
     open(client, cache);
     CefRefPtr<CefBrowserHost> host = client->currentBrowser()->GetHost();
 

@@ -146,21 +146,27 @@ TEST(Downloads, ALinkDownloadsToTheChosenFileAndACancelledOneLeavesNothing)
 
 namespace
 {
+// In a child: starts the engine and shows |html| in a new view; exits 2 if the page never loads.
+std::unique_ptr<IQCefViewImpl> showPageOrExit(const QString& html)
+{
+    startEngine();
+    auto view = makeView(300, 200);
+    if (!loadAndWait(view.get(), htmlPage(html)))
+        std::exit(2);
+    return view;
+}
+
 // Runs in a child on the X server: exits 0 if the page's drag became a QDrag carrying the page's
 // text, and the cancelled drag ended in the page.
 void dragOutOfThePage()
 {
-    startEngine();
-    auto view = makeView(300, 200);
+    auto view = showPageOrExit(QStringLiteral(
+        "<div id='source' draggable='true' style='position:absolute;left:10px;top:10px;"
+        "width:100px;height:40px;background:#f80'"
+        " ondragstart=\"event.dataTransfer.setData('text/plain', 'dragged words')\""
+        " ondragend=\"document.title = 'ended ' + event.dataTransfer.dropEffect\">"
+        "</div>"));
     QSignalSpy titles(view.get(), &IQCefViewImpl::titleChanged);
-    if (!loadAndWait(view.get(),
-                     htmlPage(QStringLiteral(
-                         "<div id='source' draggable='true' style='position:absolute;left:10px;top:10px;"
-                         "width:100px;height:40px;background:#f80'"
-                         " ondragstart=\"event.dataTransfer.setData('text/plain', 'dragged words')\""
-                         " ondragend=\"document.title = 'ended ' + event.dataTransfer.dropEffect\">"
-                         "</div>"))))
-        std::exit(2);
 
     // Inside the drag's own event loop: what it carries, then the user's Escape.
     QString carried;
@@ -189,21 +195,17 @@ void dragOutOfThePage()
 // brought that element the dragged text, and the drag ended in the page as a move.
 void dropInsideThePage()
 {
-    startEngine();
-    auto view = makeView(300, 200);
+    auto view = showPageOrExit(QStringLiteral(
+        "<div id='source' draggable='true' style='position:absolute;left:10px;top:10px;"
+        "width:100px;height:40px;background:#f80'"
+        " ondragstart=\"event.dataTransfer.setData('text/plain', 'moved words');"
+        "event.dataTransfer.effectAllowed = 'move'\""
+        " ondragend=\"document.title += ', ended ' + event.dataTransfer.dropEffect\"></div>"
+        "<div id='target' style='position:absolute;left:150px;top:100px;width:120px;height:80px;"
+        "background:#08f' ondragover='event.preventDefault()'"
+        " ondrop=\"event.preventDefault();"
+        "document.title = 'dropped ' + event.dataTransfer.getData('text/plain')\"></div>"));
     QSignalSpy titles(view.get(), &IQCefViewImpl::titleChanged);
-    if (!loadAndWait(view.get(),
-                     htmlPage(QStringLiteral(
-                         "<div id='source' draggable='true' style='position:absolute;left:10px;top:10px;"
-                         "width:100px;height:40px;background:#f80'"
-                         " ondragstart=\"event.dataTransfer.setData('text/plain', 'moved words');"
-                         "event.dataTransfer.effectAllowed = 'move'\""
-                         " ondragend=\"document.title += ', ended ' + event.dataTransfer.dropEffect\"></div>"
-                         "<div id='target' style='position:absolute;left:150px;top:100px;width:120px;height:80px;"
-                         "background:#08f' ondragover='event.preventDefault()'"
-                         " ondrop=\"event.preventDefault();"
-                         "document.title = 'dropped ' + event.dataTransfer.getData('text/plain')\"></div>"))))
-        std::exit(2);
 
     // Inside the drag's own event loop: the pointer travels to the target and lets go there. The
     // drag reads the pointer from the events it filters, whichever object they are sent to.

@@ -46,17 +46,35 @@ private:
     QByteArray m_display;
     bool m_hadDisplay;
 };
-} // namespace
 
-TEST(Inspector, APageOpensAndClosesTheInspectorWindow)
+// Starts the engine and shows |html| in a new view; null if the page did not load.
+std::unique_ptr<IQCefViewImpl> showPage(const QString& html)
 {
-    if (!QFile::exists(QStringLiteral("/usr/lib/chromium/chromium")))
-        GTEST_SKIP() << "no full Chromium";
-    InspectorDisplay display;
-    ASSERT_TRUE(display.running()) << "Xvfb did not start";
     startEngine();
     auto view = makeView(300, 200);
-    ASSERT_TRUE(loadAndWait(view.get(), htmlPage(QStringLiteral("<title>inspected</title><p>page</p>"))));
+    return loadAndWait(view.get(), htmlPage(html)) ? std::move(view) : nullptr;
+}
+} // namespace
+
+// The inspector opens a full Chromium's window: on a display of the test's own.
+class Inspector : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (!QFile::exists(QStringLiteral("/usr/lib/chromium/chromium")))
+            GTEST_SKIP() << "no full Chromium";
+        ASSERT_TRUE(m_display.running()) << "Xvfb did not start";
+    }
+
+private:
+    InspectorDisplay m_display;
+};
+
+TEST_F(Inspector, APageOpensAndClosesTheInspectorWindow)
+{
+    auto view = showPage(QStringLiteral("<title>inspected</title><p>page</p>"));
+    ASSERT_TRUE(view);
 
     view->runJavaScript(QStringLiteral("cefclient('openDevTools')"), [](const QVariant&) {});
     // The front end names its window after the page it reached.
@@ -66,15 +84,10 @@ TEST(Inspector, APageOpensAndClosesTheInspectorWindow)
     EXPECT_TRUE(waitUntil([] { return !windowNames().contains(QLatin1String("DevTools")); }, 20000));
 }
 
-TEST(Inspector, TheContextMenusInspectItemOpensItAndTheViewKeepsItsOwnBrowser)
+TEST_F(Inspector, TheContextMenusInspectItemOpensItAndTheViewKeepsItsOwnBrowser)
 {
-    if (!QFile::exists(QStringLiteral("/usr/lib/chromium/chromium")))
-        GTEST_SKIP() << "no full Chromium";
-    InspectorDisplay display;
-    ASSERT_TRUE(display.running()) << "Xvfb did not start";
-    startEngine();
-    auto view = makeView(300, 200);
-    ASSERT_TRUE(loadAndWait(view.get(), htmlPage(QStringLiteral("<title>by menu</title><p>page</p>"))));
+    auto view = showPage(QStringLiteral("<title>by menu</title><p>page</p>"));
+    ASSERT_TRUE(view);
     view->setContextMenuEnabled(true);
     view->setInspectEnabled(true);
     BrowserClient* client = QCefViewImplTestAccess::client(static_cast<QCefViewImpl*>(view.get()));
