@@ -270,18 +270,9 @@ class BrowserImpl : public CefBrowser, public UnsupportedHostCalls {
   double GetZoomLevel() override;
   void SetZoomLevel(double zoomLevel) override;
 
-  // Focus, keys, mouse, touch, the input method and drags: PageInput.
+  // Focus, keys and the input method: PageInput.
   void SetFocus(bool focus) override;
   void SendKeyEvent(const CefKeyEvent& event) override;
-  void SendMouseClickEvent(const CefMouseEvent& event,
-                           MouseButtonType type,
-                           bool mouseUp,
-                           int clickCount) override;
-  void SendMouseMoveEvent(const CefMouseEvent& event, bool mouseLeave) override;
-  void SendMouseWheelEvent(const CefMouseEvent& event,
-                           int deltaX,
-                           int deltaY) override;
-  void SendTouchEvent(const CefTouchEvent& event) override;
   void ImeSetComposition(const CefString& text,
                          const std::vector<CefCompositionUnderline>& underlines,
                          const CefRange& replacement_range,
@@ -291,6 +282,19 @@ class BrowserImpl : public CefBrowser, public UnsupportedHostCalls {
                      int relative_cursor_pos) override;
   void ImeFinishComposingText(bool keep_selection) override;
   void ImeCancelComposition() override;
+
+  // Mouse and touch: PageInput.
+  void SendMouseMoveEvent(const CefMouseEvent& event, bool mouseLeave) override;
+  void SendMouseClickEvent(const CefMouseEvent& event,
+                           MouseButtonType type,
+                           bool mouseUp,
+                           int clickCount) override;
+  void SendMouseWheelEvent(const CefMouseEvent& event,
+                           int deltaX,
+                           int deltaY) override;
+  void SendTouchEvent(const CefTouchEvent& event) override;
+
+  // Drags into the page and out of it: PageInput.
   void DragTargetDragEnter(CefRefPtr<CefDragData> drag_data,
                            const CefMouseEvent& event,
                            DragOperationsMask allowed_ops) override;
