@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QTimer>
 #include <QPixmap>
 #include <QUrl>
@@ -40,7 +41,11 @@ bool waitUntil(const std::function<bool()>& done, int timeoutMs)
     {
         if (clock.elapsed() > timeoutMs)
             return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        // Asleep between events, as an application's loop is: a spinning test takes a core from
+        // Chromium.
+        QEventLoop loop;
+        QTimer::singleShot(5, &loop, &QEventLoop::quit);
+        loop.exec();
     }
     return true;
 }
