@@ -6,7 +6,6 @@
 
 #include "include/base/cef_logging.h"
 #include "libcef/browser/browser_impl.h"
-#include "libcef/browser/page_navigation.h"
 #include "libcef/browser/browser_view.h"
 #include "libcef/browser/caret_reporter.h"
 #include "libcef/browser/chromium_instance.h"
@@ -18,6 +17,7 @@
 #include "libcef/browser/page_connection.h"
 #include "libcef/browser/page_events.h"
 #include "libcef/browser/page_hooks.h"
+#include "libcef/browser/page_navigation.h"
 #include "libcef/browser/page_recovery.h"
 #include "libcef/browser/pointer_feedback.h"
 #include "libcef/browser/printing.h"

@@ -4,9 +4,9 @@
 
 #include "include/cef_client.h"
 #include "libcef/browser/browser_impl.h"
-#include "libcef/browser/page_navigation.h"
 #include "libcef/browser/frame_impl.h"
 #include "libcef/browser/net_error.h"
+#include "libcef/browser/page_navigation.h"
 #include "libcef/browser/request_context_impl.h"
 #include "libcef/context.h"
 #include "libcef/devtools/devtools_session.h"
